@@ -1,0 +1,24 @@
+// Internal declarations shared by the library's source files.  Not installed.
+#ifndef NXTM_SRC_NXINTERNAL_H
+#define NXTM_SRC_NXINTERNAL_H
+
+#include <nxtm/nxtm.h>
+
+namespace detail {
+
+// Load-time objects, defined in nxtypemgr.cpp in the order the library
+// depends on: the empty string, then (after the rows) the null print string.
+extern NxString emptyString;
+extern NxString nullPrintString;
+
+// The two tables, in nxtypes.cpp.
+extern NxTypeDesc* currentTable[42];
+extern NxTypeDesc* oldTable[42];
+
+// The overflow rule of strings: asks the configuration whether to report,
+// and reports through ZENTRO_assert.  `line` is the line of the check.
+void ReportStringOverflow(int line);
+
+}  // namespace detail
+
+#endif

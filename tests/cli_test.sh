@@ -1,0 +1,54 @@
+#!/usr/bin/env bash
+# The nxtm program as a user sees it: outputs, errors and exit statuses.
+set -u
+nxtm=${NXTM:?NXTM must name the program}
+failures=0
+
+check() {  # check NAME EXPECTED-STATUS EXPECTED-STDOUT-SUBSTRING -- COMMAND...
+  local name=$1 status=$2 want=$3
+  shift 4
+  local out err rc
+  out=$("$@" 2>/tmp/nxtm_cli_err.$$)
+  rc=$?
+  err=$(cat /tmp/nxtm_cli_err.$$)
+  if [[ $rc -ne $status ]]; then
+    echo "FAIL $name: status $rc, wanted $status (stderr: $err)"
+    failures=$((failures + 1))
+  elif [[ -n $want && $out != *"$want"* && $err != *"$want"* ]]; then
+    echo "FAIL $name: output lacks '$want': $out $err"
+    failures=$((failures + 1))
+  elif [[ $status -eq 2 && $(printf '%s\n' "$err" | wc -l) -ne 1 ]]; then
+    echo "FAIL $name: an error must be one line on stderr: $err"
+    failures=$((failures + 1))
+  else
+    echo "ok   $name"
+  fi
+}
+
+check default-job 0 "NxNull_NxInt64" -- "$nxtm"
+check types 0 " 40  illegal" -- "$nxtm" types
+check types-old 0 " 27  NxBoolean" -- "$nxtm" types --old
+[[ $("$nxtm" types --old | wc -l) -eq 29 ]] || { echo "FAIL types-old: not 28 rows"; failures=$((failures + 1)); }
+check version 0 "Zentrolith Typemanager 9.5.16.182.0" -- "$nxtm" version
+check help 0 "store TYPE VALUE" -- "$nxtm" --help
+check store-long-lsb 0 "0102030404000000" -- "$nxtm" store long 67305985 4
+check store-long-msb 0 "04030201" -- "$nxtm" store long 67305985 --format 2
+check store-short-neg 0 "fffe" -- "$nxtm" store short -2 --format 2
+check store-double 0 "000000000000f03f" -- "$nxtm" store double 1
+check store-by-number 0 "ff" -- "$nxtm" store 10 255
+check load-long 0 "67305985 4" -- "$nxtm" load long 0102030404000000
+check load-word-msb 0 "65534" -- "$nxtm" load NxWord fffe --format 2
+check load-float 0 "1.5" -- "$nxtm" load float 0000c03f
+check unknown-command 2 "unknown command" -- "$nxtm" frobnicate
+check unknown-type 2 "unknown type" -- "$nxtm" store nosuchtype 1
+check not-scalar 2 "not a plain scalar" -- "$nxtm" store NxString x
+check bad-value 2 "bad short value" -- "$nxtm" store short 70000
+check bad-format 2 "bad format" -- "$nxtm" store long 1 --format 3
+check bad-hex 2 "hex digit" -- "$nxtm" load long zz000000
+check odd-bytes 2 "whole number" -- "$nxtm" load long 010203
+check missing-args 2 "usage" -- "$nxtm" store long
+rm -f /tmp/nxtm_cli_err.$$
+if [[ $failures -ne 0 ]]; then
+  echo "$failures failed"
+  exit 1
+fi
