@@ -255,10 +255,6 @@ COVERAGE = [
 ]
 
 
-def covered(cp):
-    return any(lo <= cp <= hi for lo, hi in COVERAGE)
-
-
 def letter(packed, case, accent=0):
     return 0x4000 | (case << 12) | (accent << 7) | packed
 
@@ -364,12 +360,12 @@ class Builder:
                 orders[0] = with_accent(orders[0], ACC_OTHER)
         return Rec(orders[0], state, orders[1:])
 
-    def combine(self, base_cp, marks, extra_accents=()):
+    def combine(self, base_cp, marks):
         base = self.compute(base_cp)
         if base is None:
             return None
         first = base.order
-        mark_accents = [MARK_ACCENT.get(m, 0) for m in marks] + list(extra_accents)
+        mark_accents = [MARK_ACCENT.get(m, 0) for m in marks]
         if is_letter_order(first):
             primary, rest = pick_accents([accent_of(first)] + mark_accents)
             unknown = [m for m in marks if m not in MARK_ACCENT]
@@ -441,11 +437,11 @@ class Builder:
         for part in mods.split(' AND '):
             if part in NAME_ACCENT:
                 result.append(NAME_ACCENT[part])
-            elif 'STROKE' in part or 'BAR' in part:
-                result.append(ACC_STROKE)
             elif any(w in part for w in ('HOOK', 'TAIL', 'CURL', 'DESCENDER',
                                          'BELT', 'FLOURISH', 'TOPBAR')):
                 result.append(ACC_HOOK)
+            elif 'STROKE' in part or 'BAR' in part:
+                result.append(ACC_STROKE)
             else:
                 result.append(ACC_OTHER)
         return result

@@ -4025,14 +4025,14 @@ constexpr NxOrderRecord kT253_R0[] = {
     NXR(0x5E44, kLatin),
     NXX(kLatin, 0, nullptr, 0, nullptr, nullptr, 0x4E44, NxWCharList(1, kU16 + 156), NxWCharList(), 0, 0, 1),
     NXX(kLatin, 0, nullptr, 0, nullptr, nullptr, 0x5E44, NxWCharList(1, kU16 + 157), NxWCharList(), 0, 0, 1),
-    NXR(0x4448, kLatin),
-    NXR(0x5448, kLatin),
     NXR(0x4DC8, kLatin),
     NXR(0x5DC8, kLatin),
     NXR(0x4DC8, kLatin),
     NXR(0x5DC8, kLatin),
-    NXR(0x444C, kLatin),
-    NXR(0x544C, kLatin),
+    NXR(0x4DC8, kLatin),
+    NXR(0x5DC8, kLatin),
+    NXR(0x4DCC, kLatin),
+    NXR(0x5DCC, kLatin),
     NXR(0x444C, kLatin),
     NXR(0x544C, kLatin),
     NXR(0x4460, kLatin),
@@ -4693,8 +4693,8 @@ constexpr NxOrderRecord kT253_Low[512] = {
     NXR(0x5E54, kLatin),  // 017F
     NXR(0x5410, kLatin),  // 0180
     NXR(0x4D90, kLatin),  // 0181
-    NXR(0x4410, kLatin),  // 0182
-    NXR(0x5410, kLatin),  // 0183
+    NXR(0x4D90, kLatin),  // 0182
+    NXR(0x5D90, kLatin),  // 0183
     NXR(0x000D, nullptr),  // 0184
     NXR(0x000D, nullptr),  // 0185
     NXR(0x4E44, kLatin),  // 0186
@@ -4702,8 +4702,8 @@ constexpr NxOrderRecord kT253_Low[512] = {
     NXR(0x5D94, kLatin),  // 0188
     NXR(0x4E18, kLatin),  // 0189
     NXR(0x4D98, kLatin),  // 018A
-    NXR(0x4418, kLatin),  // 018B
-    NXR(0x5418, kLatin),  // 018C
+    NXR(0x4D98, kLatin),  // 018B
+    NXR(0x5D98, kLatin),  // 018C
     NXR(0x000D, nullptr),  // 018D
     NXR(0x4E1C, kLatin),  // 018E
     NXR(0x4E1C, kLatin),  // 018F
