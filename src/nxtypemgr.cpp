@@ -43,6 +43,15 @@ char infoText[sizeof productName + sizeof versionText + 1] = "";
 }  // namespace
 
 // ---------------------------------------------------------------------------
+// Load-time objects, in the order the library depends on.  The rows are
+// constant-initialised and complete before any of these.
+namespace detail {
+
+NxString emptyString;
+
+}  // namespace detail
+
+// ---------------------------------------------------------------------------
 // NxTypeMgr.
 
 NxTypeMgr::NxTypeMgr(uint32_t factoryNumber) : table(nullptr), factory(0) {

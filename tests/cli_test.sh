@@ -47,6 +47,18 @@ check bad-format 2 "bad format" -- "$nxtm" store long 1 --format 3
 check bad-hex 2 "hex digit" -- "$nxtm" load long zz000000
 check odd-bytes 2 "whole number" -- "$nxtm" load long 010203
 check missing-args 2 "usage" -- "$nxtm" store long
+check orders-letter 0 "500C   letter  3       0       lower" -- "$nxtm" orders a
+check orders-contraction 0 "ch     5015" -- "$nxtm" orders ch --language 3 --codeset 1
+check codesets 0 "unicode" -- "$nxtm" codesets
+check languages 0 "spanish-traditional" -- "$nxtm" languages
+check orders-bad-codeset 2 "doesn't exist" -- "$nxtm" orders x --codeset 99
+check orders-bad-language 2 "language" -- "$nxtm" orders x --language abc
+check compare-accent 0 "level accent" -- "$nxtm" compare resume "résumé"
+check compare-ignore 0 "level equal" -- "$nxtm" compare resume "RÉSUMÉ" --ignore-case --ignore-accents
+check compare-bad-utf8 2 "UTF-8" -- "$nxtm" compare $'\xff' a
+[[ $(printf 'b\na\nc\n' | "$nxtm" sort | tr '\n' ' ') == "a b c " ]] || { echo "FAIL sort"; failures=$((failures + 1)); }
+[[ $(printf 'Alpha\nbeta\nAlps\n' | "$nxtm" match 'alp*' --ignore-case | wc -l) -eq 2 ]] || { echo "FAIL match"; failures=$((failures + 1)); }
+
 rm -f /tmp/nxtm_cli_err.$$
 if [[ $failures -ne 0 ]]; then
   echo "$failures failed"

@@ -156,10 +156,6 @@ size_t Width(const Comparator& c, unsigned char format) {
   return c.width;
 }
 
-int Sign(int v) {
-  return v < 0 ? -1 : (v > 0 ? 1 : 0);
-}
-
 // ---------------------------------------------------------------------------
 // Order of elements.
 
@@ -388,7 +384,7 @@ TEST(ElementWalk, ShortArraysCutAfterTwoElements) {
   // Lengths 0: all three elements, status 0.
   EXPECT_EQ(ShortCompare(8, 0, a, 0, b, 0, 3, status), -1);
   EXPECT_EQ(status, 0);
-  EXPECT_EQ(Sign(ShortCompare(8, 0, b, 0, a, 0, 3, status)), 1);
+  EXPECT_EQ(ShortCompare(8, 0, b, 0, a, 0, 3, status), 1);
 }
 
 TEST(ElementWalk, LongArraysWalkManyElements) {

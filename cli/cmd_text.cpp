@@ -1,0 +1,327 @@
+// nxtm compare | sort | match: the library's collation and wildcard matching
+// on text given in UTF-8.
+#include <algorithm>
+#include <cstdio>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include <nxtm/nxtm.h>
+
+#include "cli.h"
+
+namespace {
+
+using cli::Args;
+
+// ---------------------------------------------------------------------------
+// UTF-8 in and out.
+
+// Decodes UTF-8 into code points.  On malformed input returns false and
+// sets `where` to the byte offset of the offending sequence.
+bool DecodeUtf8(const std::string& in, std::vector<uint32_t>& out, size_t& where) {
+  out.clear();
+  size_t i = 0;
+  while (i < in.size()) {
+    const unsigned char b = static_cast<unsigned char>(in[i]);
+    uint32_t cp;
+    size_t extra;
+    uint32_t min;
+    if (b < 0x80) {
+      cp = b, extra = 0, min = 0;
+    } else if ((b & 0xE0) == 0xC0) {
+      cp = b & 0x1F, extra = 1, min = 0x80;
+    } else if ((b & 0xF0) == 0xE0) {
+      cp = b & 0x0F, extra = 2, min = 0x800;
+    } else if ((b & 0xF8) == 0xF0) {
+      cp = b & 0x07, extra = 3, min = 0x10000;
+    } else {
+      where = i;
+      return false;
+    }
+    if (i + extra >= in.size()) {  // cut short by the end of the line
+      where = i;
+      return false;
+    }
+    for (size_t k = 1; k <= extra; ++k) {
+      const unsigned char c = static_cast<unsigned char>(in[i + k]);
+      if ((c & 0xC0) != 0x80) {
+        where = i;
+        return false;
+      }
+      cp = (cp << 6) | (c & 0x3F);
+    }
+    // Overlong forms, surrogates and values past the last plane.
+    if (cp < min || (cp >= 0xD800 && cp <= 0xDFFF) || cp > 0x10FFFF) {
+      where = i;
+      return false;
+    }
+    out.push_back(cp);
+    i += extra + 1;
+  }
+  return true;
+}
+
+void EncodeUtf8(uint32_t cp, std::string& out) {
+  if (cp < 0x80) {
+    out += static_cast<char>(cp);
+  } else if (cp < 0x800) {
+    out += static_cast<char>(0xC0 | (cp >> 6));
+    out += static_cast<char>(0x80 | (cp & 0x3F));
+  } else if (cp < 0x10000) {
+    out += static_cast<char>(0xE0 | (cp >> 12));
+    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (cp & 0x3F));
+  } else {
+    out += static_cast<char>(0xF0 | (cp >> 18));
+    out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
+    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (cp & 0x3F));
+  }
+}
+
+// ---------------------------------------------------------------------------
+// Texts in the library's form.
+
+struct Settings {
+  unsigned char codeSet = NxCS_UNICODE;
+  unsigned char language = NxLANG_NEUTRAL;
+  unsigned short cmpOp = NxCMP_NO_WILDCARDS;
+  const NxCodeSet* set = nullptr;  // the code set object
+};
+
+inline bool Wide(unsigned char codeSet) {
+  return codeSet > 224;
+}
+
+// A text in the chosen code set, terminated, with the UTF-8 it came from.
+struct Text {
+  std::string bytes;  // the text and its terminator, in memory form
+  std::string utf8;
+  const char* data() const { return bytes.data(); }
+};
+
+// Converts one line of UTF-8 into the code set of `s`.  On failure returns
+// false with a message in `error`.
+bool MakeText(const std::string& utf8, const Settings& s, Text& text, std::string& error) {
+  std::vector<uint32_t> points;
+  size_t where = 0;
+  if (!DecodeUtf8(utf8, points, where)) {
+    error = "malformed UTF-8 at byte " + std::to_string(where + 1);
+    return false;
+  }
+  text.bytes.clear();
+  std::vector<unsigned short> units;
+  for (uint32_t cp : points) {
+    if (cp == 0) {
+      error = "contains a NUL character";
+      return false;
+    }
+    if (s.codeSet == NxCS_UNICODE) {
+      if (cp >= 0x10000) {
+        units.push_back(static_cast<unsigned short>(0xD800 + ((cp - 0x10000) >> 10)));
+        units.push_back(static_cast<unsigned short>(0xDC00 + ((cp - 0x10000) & 0x3FF)));
+      } else {
+        units.push_back(static_cast<unsigned short>(cp));
+      }
+    } else {
+      const unsigned short u = cp < 0x10000 ? static_cast<unsigned short>(cp) : 0xFFFD;
+      units.push_back(s.set->MapFrom(u, NxCS_UNICODE));
+    }
+  }
+  const size_t width = Wide(s.codeSet) ? 2 : 1;
+  if ((units.size() + 1) * width > NxSTRING_MAX_SIZE) {
+    error = "too long (at most " + std::to_string(NxSTRING_MAX_SIZE / width - 1) + " characters)";
+    return false;
+  }
+  for (unsigned short u : units) {
+    if (width == 2) {
+      text.bytes.append(reinterpret_cast<const char*>(&u), 2);
+    } else {
+      text.bytes += static_cast<char>(u & 0xFF);
+    }
+  }
+  text.bytes.append(2, '\0');
+  text.utf8 = utf8;
+  return true;
+}
+
+// The text back in UTF-8, through the code set's Unicode values.
+std::string ToUtf8(const Text& text, const Settings& s) {
+  std::string out;
+  if (Wide(s.codeSet)) {
+    const size_t count = text.bytes.size() / 2 - 1;
+    for (size_t i = 0; i < count; ++i) {
+      unsigned short u;
+      std::copy_n(text.bytes.data() + 2 * i, 2, reinterpret_cast<char*>(&u));
+      if (s.codeSet != NxCS_UNICODE) {
+        EncodeUtf8(s.set->ToUnicode(u), out);
+      } else if (u >= 0xD800 && u <= 0xDBFF && i + 1 < count) {
+        unsigned short low;
+        std::copy_n(text.bytes.data() + 2 * (i + 1), 2, reinterpret_cast<char*>(&low));
+        if (low >= 0xDC00 && low <= 0xDFFF) {
+          EncodeUtf8(0x10000 + ((u - 0xD800u) << 10) + (low - 0xDC00u), out);
+          ++i;
+        } else {
+          EncodeUtf8(0xFFFD, out);
+        }
+      } else {
+        EncodeUtf8(u >= 0xD800 && u <= 0xDFFF ? 0xFFFD : u, out);
+      }
+    }
+  } else {
+    for (size_t i = 0; i + 2 < text.bytes.size(); ++i)
+      EncodeUtf8(s.set->ToUnicode(static_cast<unsigned char>(text.bytes[i])), out);
+  }
+  return out;
+}
+
+int32_t Compare(const Text& a, const Text& b, const Settings& s, unsigned short cmpOp) {
+  return NxStrCmp(s.codeSet, s.language, a.data(), s.codeSet, s.language, b.data(), cmpOp, -1, 1,
+                  nullptr);
+}
+
+// Takes the shared options out of `args`.  `wildcardsDefault` is the
+// setting without --wildcards.  Returns 0, or the exit status of an error.
+int TakeSettings(Args& args, Settings& s, bool wildcardsDefault) {
+  bool error = false;
+  const std::string codeSet = cli::TakeOption(args, "--codeset", "253", error);
+  if (error) return cli::Fail("--codeset needs a number");
+  const std::string language = cli::TakeOption(args, "--language", "1", error);
+  if (error) return cli::Fail("--language needs a number");
+  long number = 0;
+  if (!cli::ParseNumber(codeSet, 0, 253, number))
+    return cli::Fail("bad code set '" + codeSet + "' (a number from 0 to 253)");
+  s.codeSet = static_cast<unsigned char>(number);
+  s.set = NxLanguageContext::QueryCodeSet(s.codeSet);
+  if (s.set == nullptr) return cli::Fail("unknown code set " + codeSet);
+  if (!cli::ParseNumber(language, 0, 253, number))
+    return cli::Fail("bad language '" + language + "' (a number from 0 to 253)");
+  s.language = static_cast<unsigned char>(number);
+  if (s.language != 0 && NxLanguageContext::QueryLanguage(s.language) == nullptr)
+    return cli::Fail("unknown language " + language);
+
+  unsigned short op = 0;
+  if (cli::TakeFlag(args, "--ignore-case")) op |= NxCMP_IGNORE_CASE;
+  if (cli::TakeFlag(args, "--ignore-accents")) op |= NxCMP_IGNORE_ACCENTS;
+  if (cli::TakeFlag(args, "--ignore-spaces")) op |= NxCMP_IGNORE_SPACES;
+  if (cli::TakeFlag(args, "--ignore-symbols")) op |= NxCMP_IGNORE_SYMBOLS;
+  if (cli::TakeFlag(args, "--exact")) op |= NxCMP_EXACT;
+  const bool wildcards = cli::TakeFlag(args, "--wildcards") || wildcardsDefault;
+  if (!wildcards) op |= NxCMP_NO_WILDCARDS;
+  s.cmpOp = op;
+  for (const std::string& a : args) {
+    if (a.size() > 2 && a.compare(0, 2, "--") == 0) return cli::Fail("unknown option " + a);
+  }
+  return 0;
+}
+
+// Reads stdin line by line into texts.  Returns 0, or the exit status of
+// an error, which names the line.
+int ReadLines(const Settings& s, std::vector<Text>& lines) {
+  std::string line;
+  size_t number = 0;
+  while (std::getline(std::cin, line)) {
+    ++number;
+    Text text;
+    std::string error;
+    if (!MakeText(line, s, text, error))
+      return cli::Fail("line " + std::to_string(number) + ": " + error);
+    lines.push_back(std::move(text));
+  }
+  return 0;
+}
+
+void WriteLine(const Text& text, const Settings& s) {
+  const std::string out = ToUtf8(text, s);
+  std::fwrite(out.data(), 1, out.size(), stdout);
+  std::fputc('\n', stdout);
+}
+
+// ---------------------------------------------------------------------------
+// The commands.
+
+// The level at which a non-zero result was decided: the comparison runs
+// again with the weaker levels switched off one by one.
+const char* Level(const Text& a, const Text& b, const Settings& s) {
+  const unsigned short op = s.cmpOp;
+  if (s.codeSet == 0) return "bytes";
+  if ((op & NxCMP_EXACT) != 0) return "exact";
+  const unsigned short invisible = NxCMP_IGNORE_SPACES | NxCMP_IGNORE_SYMBOLS;
+  const unsigned short caseAndAccents = NxCMP_IGNORE_CASE | NxCMP_IGNORE_ACCENTS;
+  if (Compare(a, b, s, op | caseAndAccents | invisible) != 0) return "primary";
+  // The tie-breaks in their order: accents, case, spaces and symbols.
+  if ((op & NxCMP_IGNORE_ACCENTS) == 0 && Compare(a, b, s, op | NxCMP_IGNORE_CASE | invisible) != 0)
+    return "accent";
+  if ((op & NxCMP_IGNORE_CASE) == 0 && Compare(a, b, s, op | NxCMP_IGNORE_ACCENTS | invisible) != 0)
+    return "case";
+  return "space";
+}
+
+int RunCompare(const Args& given) {
+  Args args = given;
+  Settings s;
+  if (int status = TakeSettings(args, s, false)) return status;
+  if (args.size() != 2)
+    return cli::Fail("usage: nxtm compare A B [--codeset N] [--language N] [options]");
+  Text a, b;
+  std::string error;
+  if (!MakeText(args[0], s, a, error)) return cli::Fail("first text: " + error);
+  if (!MakeText(args[1], s, b, error)) return cli::Fail("second text: " + error);
+  const int32_t r = Compare(a, b, s, s.cmpOp);
+  const int sign = r < 0 ? -1 : r > 0 ? 1 : 0;
+  std::printf("sign  %d\n", sign);
+  std::printf("value %ld\n", static_cast<long>(r));
+  std::printf("level %s\n", r == 0 ? "equal" : Level(a, b, s));
+  return 0;
+}
+
+int RunSort(const Args& given) {
+  Args args = given;
+  Settings s;
+  if (int status = TakeSettings(args, s, false)) return status;
+  if (!args.empty()) return cli::Fail("usage: nxtm sort [--codeset N] [--language N] [options]");
+  if ((s.cmpOp & (NxCMP_NO_WILDCARDS | NxCMP_EXACT)) == 0)
+    return cli::Fail("sort: --wildcards makes the second text a pattern, which is no ordering");
+  std::vector<Text> lines;
+  if (int status = ReadLines(s, lines)) return status;
+  std::stable_sort(lines.begin(), lines.end(),
+                   [&s](const Text& x, const Text& y) { return Compare(x, y, s, s.cmpOp) < 0; });
+  for (const Text& line : lines) WriteLine(line, s);
+  return 0;
+}
+
+int RunMatch(const Args& given) {
+  Args args = given;
+  Settings s;
+  if (int status = TakeSettings(args, s, true)) return status;
+  if (args.size() != 1)
+    return cli::Fail("usage: nxtm match PATTERN [--codeset N] [--language N] [options]");
+  Text pattern;
+  std::string error;
+  if (!MakeText(args[0], s, pattern, error)) return cli::Fail("pattern: " + error);
+  std::vector<Text> lines;
+  if (int status = ReadLines(s, lines)) return status;
+  bool matched = false;
+  for (const Text& line : lines) {
+    if (Compare(line, pattern, s, s.cmpOp) == 0) {
+      WriteLine(line, s);
+      matched = true;
+    }
+  }
+  return matched ? 0 : 1;
+}
+
+const cli::Registrar compareCommand({"compare",
+                                     "compare A B [--codeset N] [--language N] [--ignore-case] "
+                                     "[--ignore-accents] [--ignore-spaces] [--ignore-symbols] "
+                                     "[--exact] [--wildcards]",
+                                     "compare two texts at collation strength", RunCompare, 40});
+const cli::Registrar sortCommand({"sort", "sort [options of compare]",
+                                  "sort the lines of stdin (UTF-8) by collation", RunSort, 41});
+const cli::Registrar matchCommand({"match", "match PATTERN [options of compare]",
+                                   "print the lines of stdin that the pattern (* and ?) matches; "
+                                   "exit 1 when none",
+                                   RunMatch, 42});
+
+}  // namespace
