@@ -1,5 +1,5 @@
-// nxtm types | version | store | load: the type table and the disk form of
-// the plain scalars.
+// nxtm types | version | store | load | print | scan | convert: the type
+// table, the disk form of the plain scalars and the text forms of the rows.
 #include <cerrno>
 #include <cmath>
 #include <cstdio>
@@ -262,5 +262,137 @@ const cli::Registrar kStore({"store", "store TYPE VALUE... [--format 1|2|8]",
                              "disk bytes of plain scalar values, in hex", RunStore, 20});
 const cli::Registrar kLoad({"load", "load TYPE HEX [--format 1|2]",
                             "plain scalar values from disk bytes", RunLoad, 21});
+
+// ---------------------------------------------------------------------------
+// print, scan, convert: the text forms through the type manager.
+
+// True when the row has its own function in the slot picked by `slot`.
+template <typename Slot>
+bool Stands(const NxTypeMgr& mgr, char id, Slot slot) {
+  return mgr.RowGet(id)->*slot != NxTypeMgr::IllegalRowGet()->*slot;
+}
+
+// Memory elements of `count` values of a scalar type or of strings, from
+// the command line.  Strings are taken as 8-bit text.
+struct Elements {
+  std::vector<unsigned char> bytes;
+  NxString* strings = nullptr;
+  uint32_t count = 0;
+  void* data() { return strings != nullptr ? static_cast<void*>(strings) : bytes.data(); }
+};
+
+bool ReadElements(NxTypeMgr& mgr, char id, const std::string& typeName, const Args& values,
+                  Elements& out, std::string& error) {
+  out.count = static_cast<uint32_t>(values.size());
+  if (id == NxTYPE_NxString) {
+    out.strings = static_cast<NxString*>(mgr.Create(id, out.count));
+    for (uint32_t i = 0; i < out.count; ++i) out.strings[i] = values[i].c_str();
+    return true;
+  }
+  ScalarInfo info{};
+  if (!ScalarOf(id, info)) {
+    error = "'" + typeName + "' has no text form in this build yet";
+    return false;
+  }
+  out.bytes.assign(info.width * out.count, 0);
+  for (uint32_t i = 0; i < out.count; ++i) {
+    if (!ParseValue(info, values[i], &out.bytes[i * info.width])) {
+      error = "bad " + typeName + " value '" + values[i] + "'";
+      return false;
+    }
+  }
+  return true;
+}
+
+int RunPrint(const Args& input) {
+  Args args = input;
+  bool missing = false;
+  const std::string format = cli::TakeOption(args, "--format", "", missing);
+  if (missing) return cli::Fail("print: --format needs a value");
+  if (args.size() < 2) return cli::Fail("print: usage: nxtm print TYPE VALUE... [--format F]");
+  NxTypeMgr mgr;
+  char id = 0;
+  if (!FindType(mgr, args[0], id)) return cli::Fail("print: unknown type '" + args[0] + "'");
+  if (!Stands(mgr, id, &NxTypeDesc::PrintToString))
+    return cli::Fail("print: '" + args[0] + "' has no print form in this build yet");
+  Elements elements;
+  std::string error;
+  if (!ReadElements(mgr, id, args[0], Args(args.begin() + 1, args.end()), elements, error))
+    return cli::Fail("print: " + error);
+  NxString result;
+  mgr.PrintToNxString(id, result, elements.data(), format.empty() ? nullptr : format.c_str(),
+                      elements.count);
+  std::printf("%s\n", result.StrGet());
+  if (elements.strings != nullptr) mgr.Delete(id, elements.strings, elements.count);
+  return 0;
+}
+
+int RunScan(const Args& input) {
+  Args args = input;
+  bool missing = false;
+  const std::string format = cli::TakeOption(args, "--format", "", missing);
+  if (missing) return cli::Fail("scan: --format needs a value");
+  if (args.size() != 2) return cli::Fail("scan: usage: nxtm scan TYPE TEXT [--format F]");
+  NxTypeMgr mgr;
+  char id = 0;
+  ScalarInfo info{};
+  if (!FindType(mgr, args[0], id)) return cli::Fail("scan: unknown type '" + args[0] + "'");
+  if (!ScalarOf(id, info) || !Stands(mgr, id, &NxTypeDesc::ScanFromString))
+    return cli::Fail("scan: '" + args[0] + "' has no scan form in this build yet");
+  // The byte types read one element per character; the others one element.
+  const uint32_t count =
+      info.width == 1 ? static_cast<uint32_t>(args[1].empty() ? 1 : args[1].size()) : 1;
+  std::vector<unsigned char> memory(info.width * count, 0);
+  NxString text(args[1].c_str());
+  mgr.ScanFromNxString(id, memory.data(), text, format.empty() ? nullptr : format.c_str(), count);
+  for (uint32_t i = 0; i < count; ++i)
+    std::printf("%s%s", i ? " " : "", FormatValue(info, &memory[i * info.width]).c_str());
+  std::printf("\n");
+  return 0;
+}
+
+int RunConvert(const Args& args) {
+  if (args.size() < 3) return cli::Fail("convert: usage: nxtm convert FROMTYPE TOTYPE VALUE...");
+  NxTypeMgr mgr;
+  char from = 0;
+  char to = 0;
+  if (!FindType(mgr, args[0], from)) return cli::Fail("convert: unknown type '" + args[0] + "'");
+  if (!FindType(mgr, args[1], to)) return cli::Fail("convert: unknown type '" + args[1] + "'");
+  if (!Stands(mgr, from, &NxTypeDesc::ConvertTo))
+    return cli::Fail("convert: '" + args[0] + "' has no text form in this build yet");
+  if (!Stands(mgr, to, &NxTypeDesc::ConvertFrom))
+    return cli::Fail("convert: '" + args[1] + "' has no text form in this build yet");
+  Elements elements;
+  std::string error;
+  if (!ReadElements(mgr, from, args[0], Args(args.begin() + 2, args.end()), elements, error))
+    return cli::Fail("convert: " + error);
+  NxTypeConvertData* carrier = mgr.ConvertTo(from, elements.data(), elements.count);
+  if (carrier == nullptr) return cli::Fail("convert: out of memory");
+  void* converted = mgr.ConvertFrom(to, carrier, elements.count);
+  for (uint32_t i = 0; i < elements.count; ++i) {
+    const NxString* text = carrier->GetString(static_cast<int>(i));
+    NxString shown;
+    if (Stands(mgr, to, &NxTypeDesc::PrintToString)) {
+      mgr.PrintToNxString(to, shown, mgr.GetArrayElement(to, converted, i, elements.count), nullptr,
+                          1);
+    } else if (to == NxTYPE_NxString) {
+      shown = static_cast<NxString*>(converted)[i];
+    }
+    std::printf("%s -> \"%s\" -> %s\n", args[2 + i].c_str(), text != nullptr ? text->StrGet() : "",
+                shown.StrGet());
+  }
+  mgr.Delete(to, converted, elements.count);
+  delete carrier;
+  if (elements.strings != nullptr) mgr.Delete(from, elements.strings, elements.count);
+  return 0;
+}
+
+const cli::Registrar kPrint({"print", "print TYPE VALUE... [--format F]",
+                             "the printed form of values through the row's format", RunPrint, 22});
+const cli::Registrar kScan({"scan", "scan TYPE TEXT [--format F]",
+                            "a value read from text through the row's format", RunScan, 23});
+const cli::Registrar kConvert({"convert", "convert FROMTYPE TOTYPE VALUE...",
+                               "values of one type as another, through the text carrier",
+                               RunConvert, 24});
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <cstring>
 #include <new>
+#include <string>
 
 #include "nxinternal.h"
 #include "nxrows.h"
@@ -44,10 +45,12 @@ char infoText[sizeof productName + sizeof versionText + 1] = "";
 
 // ---------------------------------------------------------------------------
 // Load-time objects, in the order the library depends on.  The rows are
-// constant-initialised and complete before any of these.
+// constant-initialised and complete before any of these; the null dates of
+// the date family come first when that family exists.
 namespace detail {
 
 NxString emptyString;
+NxString nullPrintString("{NULL}");
 
 }  // namespace detail
 
@@ -209,4 +212,180 @@ void GetNxTypeMgrInfo(const char** tool, uint32_t* version, const char** info, c
   }
   if (date != nullptr) *date = buildDate;
   if (name != nullptr) *name = buildName;
+}
+
+// ---------------------------------------------------------------------------
+// NxTypeConvertData.
+
+NxTypeConvertData::NxTypeConvertData(char t, uint32_t n, void* d, NxTypeMgr* mgr)
+    : typeMgr(mgr), data(d), count(n), type(t) {}
+
+NxTypeConvertData* NxTypeConvertData::Make(char type, uint32_t count, void* data,
+                                           NxTypeMgr* typeMgr) {
+  return new (std::nothrow) NxTypeConvertData(type, count, data, typeMgr);
+}
+
+NxTypeConvertData::~NxTypeConvertData() {
+  if (typeMgr != nullptr && data != nullptr) {
+    typeMgr->Delete(type, data, count);
+    data = nullptr;
+  }
+  count = 0;
+  type = NxTYPE_NONE;
+}
+
+NxString* NxTypeConvertData::GetString(int index) {
+  if (index < 0 || static_cast<uint32_t>(index) >= count || type != NxTYPE_NxString ||
+      data == nullptr)
+    return nullptr;
+  return static_cast<NxString*>(data) + index;
+}
+
+// ---------------------------------------------------------------------------
+// Null values.
+
+int NxTypeMgr::SetNullValue(char id, void* value) {
+  NxTypeDesc* row = RowGet(id);
+  if (row->SetNull != nullptr) return row->SetNull(value);
+  // No null of its own: the value becomes what an empty string converts to.
+  NxTypeDesc* strings = RowGet(NxTYPE_NxString);
+  void* text = strings->Create(1);
+  NxTypeConvertData* carrier = NxTypeConvertData::Make(NxTYPE_NxString, 1, text, nullptr);
+  if (carrier == nullptr) {
+    strings->Delete(text, 1);
+    return 0;
+  }
+  void* converted = ConvertFrom(id, carrier, 1);  // enters this manager into the carrier
+  delete carrier;                                 // which frees the string through it
+  row->Assignment(value, converted, 1, 1);
+  Delete(id, converted, 1);
+  return 0;
+}
+
+const NxString& NxTypeMgr::GetNullPrintString() {
+  return detail::nullPrintString;
+}
+
+void NxTypeMgr::SetNullPrintString(const NxString& text) {
+  detail::nullPrintString = text;
+}
+
+// ---------------------------------------------------------------------------
+// Print and scan.
+
+NxString& NxTypeMgr::PrintToNxString(char id, NxString& result, void* value, const char* format,
+                                     uint32_t count) {
+  NxTypeDesc* row = RowGet(id);
+  NxPrintToNxStringFunc print = row->PrintToString;
+  if (print == nullptr) return result;
+  if (format == nullptr) format = row->Format;
+  if (count >= 2 && print != nxrows::BytePrint) {
+    // The array form: the elements' texts appended, separated by ",".
+    for (uint32_t i = 0; i < count; ++i) {
+      void* element = GetArrayElement(id, value, i, count);
+      NxString text;
+      print(text, element, format, 1);
+      result += text;
+      if (i + 1 < count) result += NxString(",");
+    }
+    return result;
+  }
+  return print(result, value, format, count);
+}
+
+void* NxTypeMgr::ScanFromNxString(char id, void* value, NxString& text, const char* format,
+                                  uint32_t count) {
+  NxTypeDesc* row = RowGet(id);
+  NxScanFromNxStringFunc scan = row->ScanFromString;
+  if (scan == nullptr) return value;
+  if (format == nullptr) format = row->Format;
+  return scan(value, text, format, count);
+}
+
+// ---------------------------------------------------------------------------
+// The older text form of an array: one string, each element closed by a
+// separator character that occurs in none of them.
+
+NxString* NxTypeMgr::ConvertToNxStringOld(void* value, char id, uint32_t count) {
+  NxTypeDesc* row = RowGet(id);
+  if (row->ConvertTo == nullptr) return nullptr;
+  NxTypeConvertData* carrier = row->ConvertTo(value, count);
+  if (carrier == nullptr) return nullptr;
+  carrier->typeMgr = this;
+  // The first code from 1 to 254 that no element holds; "," when all do.
+  bool seen[256] = {};
+  for (uint32_t i = 0; i < count; ++i) {
+    NxString* s = carrier->GetString(static_cast<int>(i));
+    if (s == nullptr) continue;
+    const unsigned width = s->codeSet > 224 ? 2 : 1;
+    const unsigned char* p = reinterpret_cast<const unsigned char*>(s->StrGet());
+    for (;; p += width) {
+      unsigned unit = p[0];
+      if (width == 2) {
+        uint16_t u;
+        std::memcpy(&u, p, 2);
+        unit = u;
+      }
+      if (unit == 0) break;
+      if (unit < 256) seen[unit] = true;
+    }
+  }
+  char separator = ',';
+  for (unsigned code = 1; code <= 254; ++code) {
+    if (!seen[code]) {
+      separator = static_cast<char>(code);
+      break;
+    }
+  }
+  NxString* text = static_cast<NxString*>(RowGet(NxTYPE_NxString)->Create(1));
+  if (text != nullptr) {
+    const NxString closing(separator);
+    for (uint32_t i = 0; i < count; ++i) {
+      NxString* s = carrier->GetString(static_cast<int>(i));
+      if (s != nullptr) *text += *s;
+      *text += closing;
+    }
+  }
+  delete carrier;
+  return text;
+}
+
+void* NxTypeMgr::ConvertFromNxStringOld(NxString* text, char id, uint32_t count) {
+  // The separator is the text's last character; an empty text has ",".
+  const unsigned short length = text->Len();
+  NxString separator(",");
+  if (length > 0) separator = text->Copy(static_cast<unsigned short>(length - 1), 1);
+  const NxChar mark = separator[0];
+  // Parts: one more than there are separators.
+  uint32_t parts = 1;
+  {
+    NxString copy(*text);
+    for (unsigned short i = 0; i < copy.Len(); ++i) {
+      if (copy[i].Value() == mark.Value()) ++parts;
+    }
+  }
+  NxTypeDesc* strings = RowGet(NxTYPE_NxString);
+  NxString* array = static_cast<NxString*>(strings->Create(parts));
+  if (array == nullptr) return nullptr;
+  for (uint32_t part = 0; part < parts; ++part) {
+    short at = -1;
+    for (unsigned short i = 0; i < text->Len(); ++i) {
+      if ((*text)[i].Value() == mark.Value()) {
+        at = static_cast<short>(i);
+        break;
+      }
+    }
+    if (at < 0) continue;  // no separator left: the part stays empty
+    array[part] = text->Copy(0, at);
+    text->Cut(0, static_cast<short>(at + 1));
+  }
+  NxTypeConvertData* carrier = NxTypeConvertData::Make(NxTYPE_NxString, parts, array, this);
+  if (carrier == nullptr) {
+    strings->Delete(array, parts);
+    return nullptr;
+  }
+  NxConvertFromFunc convertFrom = RowGet(id)->ConvertFrom;
+  void* result = convertFrom != nullptr ? convertFrom(carrier, count) : nullptr;
+  delete carrier;
+  return result;
 }

@@ -1,8 +1,14 @@
 // The rows of the type table: the row `illegal`, the twelve plain scalar
 // rows, the rows of the other types (whose slots are filled as their
 // families are built), the old string row, and the two tables.
+#include <cctype>
+#include <climits>
+#include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
+#include <string>
 
 #include "nxinternal.h"
 #include "nxrows.h"
@@ -179,6 +185,762 @@ uint32_t DoubleSizeGetFromMemFile(MemFile*, unsigned char format, uint32_t count
   return DoubleSizeGet(nullptr, 8, static_cast<unsigned char>(format & 0x0F), count);
 }
 
+}  // namespace
+
+// ---------------------------------------------------------------------------
+// Formatted text of the plain scalars.  A row format is a printf or scanf
+// format written for a platform whose `long` is 32 bits.  These helpers read
+// the format's conversions and hand each one an argument of the type it asks
+// for, so that "%ld" gets a `long` holding the 32-bit value and a scan never
+// writes more than the element holds.  Conversions without an argument of
+// ours (a surplus one, "%s" in a print, "%n", a "*" width) are neutralised:
+// printed as text, or matched without being assigned.
+
+namespace {
+
+enum class ConvKind { None, Signed, Unsigned, Real, Char, String, Count, Percent };
+
+struct Conversion {
+  size_t start;  // index of '%'
+  size_t end;    // index behind the conversion
+  ConvKind kind;
+  int lengthBits;  // 0 default, 8 hh, 16 h, 32 l, 64 ll/j/z/t/q, 128 L
+  bool star;       // '*' width or precision (print), suppressed assignment (scan)
+  bool wide;       // %lc, %ls, %l[
+  long width;      // scan field width, 0 when none
+};
+
+Conversion ReadConversion(const char* format, size_t i, bool scan) {
+  Conversion c{i, i + 1, ConvKind::None, 0, false, false, 0};
+  size_t k = i + 1;
+  if (format[k] == '%') {
+    c.kind = ConvKind::Percent;
+    c.end = k + 1;
+    return c;
+  }
+  if (scan && format[k] == '*') {
+    c.star = true;
+    ++k;
+  }
+  while (!scan && format[k] != '\0' && std::strchr("-+ #0'", format[k]) != nullptr) ++k;
+  while ((format[k] >= '0' && format[k] <= '9') || (!scan && format[k] == '*')) {
+    if (format[k] == '*') c.star = true;
+    if (scan && c.width < 100000) c.width = c.width * 10 + (format[k] - '0');
+    ++k;
+  }
+  if (!scan && format[k] == '.') {
+    ++k;
+    while ((format[k] >= '0' && format[k] <= '9') || format[k] == '*') {
+      if (format[k] == '*') c.star = true;
+      ++k;
+    }
+  }
+  switch (format[k]) {
+    case 'h':
+      c.lengthBits = 16;
+      if (format[++k] == 'h') {
+        c.lengthBits = 8;
+        ++k;
+      }
+      break;
+    case 'l':
+      c.lengthBits = 32;
+      if (format[++k] == 'l') {
+        c.lengthBits = 64;
+        ++k;
+      }
+      break;
+    case 'q':
+    case 'j':
+    case 'z':
+    case 't':
+      c.lengthBits = 64;
+      ++k;
+      break;
+    case 'L':
+      c.lengthBits = 128;
+      ++k;
+      break;
+    default:
+      break;
+  }
+  const char conv = format[k];
+  if (conv == '\0') {
+    c.end = k;
+    return c;
+  }
+  c.end = k + 1;
+  switch (conv) {
+    case 'd':
+    case 'i':
+      c.kind = ConvKind::Signed;
+      break;
+    case 'o':
+    case 'u':
+    case 'x':
+    case 'X':
+      c.kind = ConvKind::Unsigned;
+      break;
+    case 'e':
+    case 'E':
+    case 'f':
+    case 'F':
+    case 'g':
+    case 'G':
+    case 'a':
+    case 'A':
+      c.kind = ConvKind::Real;
+      break;
+    case 'c':
+      c.kind = ConvKind::Char;
+      break;
+    case 's':
+      c.kind = ConvKind::String;
+      break;
+    case 'n':
+      c.kind = ConvKind::Count;
+      break;
+    case '[':
+      // The set runs to the next ']'; a ']' first in the set belongs to it.
+      c.kind = ConvKind::String;
+      ++k;
+      if (format[k] == '^') ++k;
+      if (format[k] == ']') ++k;
+      while (format[k] != '\0' && format[k] != ']') ++k;
+      c.end = format[k] == ']' ? k + 1 : k;
+      break;
+    default:
+      break;
+  }
+  if (c.lengthBits == 32 && (conv == 'c' || conv == 's' || conv == '[')) c.wide = true;
+  return c;
+}
+
+}  // namespace
+
+namespace nxrows {
+
+size_t FormatArguments(char* buffer, size_t size, const char* format,
+                       const PrintArgument* arguments, int argumentCount) {
+  if (size == 0) return 0;
+  buffer[0] = '\0';
+  if (format == nullptr) return 0;
+  std::string out;
+  char piece[kTextBuffer];
+  std::string directive;
+  int used = 0;
+  size_t literalFrom = 0;
+  size_t i = 0;
+  while (format[i] != '\0') {
+    if (format[i] != '%') {
+      ++i;
+      continue;
+    }
+    const Conversion c = ReadConversion(format, i, false);
+    out.append(format + literalFrom, i - literalFrom);
+    literalFrom = c.end;
+    i = c.end;
+    if (c.kind == ConvKind::Percent) {
+      out += '%';
+      continue;
+    }
+    const bool usable = used < argumentCount && !c.star && !c.wide &&
+                        (c.kind == ConvKind::Signed || c.kind == ConvKind::Unsigned ||
+                         c.kind == ConvKind::Real || c.kind == ConvKind::Char);
+    if (!usable) {
+      out.append(format + c.start, c.end - c.start);  // shown as it stands
+      continue;
+    }
+    const PrintArgument& a = arguments[used++];
+    directive.assign(format + c.start, c.end - c.start);
+    const int64_t integer = a.real ? static_cast<int64_t>(a.realValue) : a.integer;
+    const double real = a.real ? a.realValue : static_cast<double>(a.integer);
+    // A value's 32-bit pattern goes to every conversion of 32 bits or less
+    // (int and the stored world's long), as signed or unsigned as it asks.
+    switch (c.kind) {
+      case ConvKind::Signed:
+        if (c.lengthBits == 64)
+          std::snprintf(piece, sizeof piece, directive.c_str(), static_cast<long long>(integer));
+        else if (c.lengthBits == 32)
+          std::snprintf(piece, sizeof piece, directive.c_str(),
+                        static_cast<long>(static_cast<int32_t>(integer)));
+        else
+          std::snprintf(piece, sizeof piece, directive.c_str(), static_cast<int>(integer));
+        break;
+      case ConvKind::Unsigned:
+        if (c.lengthBits == 64)
+          std::snprintf(piece, sizeof piece, directive.c_str(),
+                        static_cast<unsigned long long>(integer));
+        else if (c.lengthBits == 32)
+          std::snprintf(piece, sizeof piece, directive.c_str(),
+                        static_cast<unsigned long>(static_cast<uint32_t>(integer)));
+        else
+          std::snprintf(piece, sizeof piece, directive.c_str(),
+                        static_cast<unsigned>(static_cast<uint32_t>(integer)));
+        break;
+      case ConvKind::Real:
+        if (c.lengthBits == 128)
+          std::snprintf(piece, sizeof piece, directive.c_str(), static_cast<long double>(real));
+        else
+          std::snprintf(piece, sizeof piece, directive.c_str(), real);
+        break;
+      default:  // a character
+        std::snprintf(piece, sizeof piece, directive.c_str(), static_cast<int>(integer));
+        break;
+    }
+    out += piece;
+  }
+  out.append(format + literalFrom, i - literalFrom);
+  // Output that would not fit the buffer is cut, keeping the terminator.
+  const size_t n = out.size() < size ? out.size() : size - 1;
+  std::memcpy(buffer, out.data(), n);
+  buffer[n] = '\0';
+  return n;
+}
+
+int ScanArguments(const char* text, const char* format, ScanTarget* targets, int targetCount) {
+  if (text == nullptr || format == nullptr) return 0;
+  struct Slot {
+    ConvKind kind;
+    int lengthBits;
+    int start;  // where the conversion's input starts, from "%n"
+    long long integer;
+    unsigned long long unsignedInteger;
+    float single;
+    double real;
+    long double longReal;
+    char character;
+  };
+  constexpr int kMaxTargets = 2;
+  Slot slots[kMaxTargets] = {};
+  void* pointers[2 * kMaxTargets] = {};
+  int used = 0;
+  std::string rewritten;
+  size_t i = 0;
+  while (format[i] != '\0') {
+    if (format[i] != '%') {
+      rewritten += format[i++];
+      continue;
+    }
+    const Conversion c = ReadConversion(format, i, true);
+    i = c.end;
+    if (c.kind == ConvKind::Percent) {
+      rewritten += "%%";
+      continue;
+    }
+    if (c.kind == ConvKind::Count || c.kind == ConvKind::None) continue;  // nothing to write to
+    std::string directive(format + c.start, c.end - c.start);
+    const bool ours = !c.star && !c.wide && used < targetCount && used < kMaxTargets &&
+                      (c.kind == ConvKind::Signed || c.kind == ConvKind::Unsigned ||
+                       c.kind == ConvKind::Real || (c.kind == ConvKind::Char && c.width <= 1));
+    if (!ours) {
+      if (!c.star) directive.insert(1, "*");  // matched, not assigned
+      rewritten += directive;
+      continue;
+    }
+    Slot& slot = slots[used];
+    slot.kind = c.kind;
+    slot.lengthBits = c.lengthBits;
+    rewritten += "%n";
+    pointers[2 * used] = &slot.start;
+    void*& target = pointers[2 * used + 1];
+    if (c.kind == ConvKind::Signed || c.kind == ConvKind::Unsigned) {
+      // Integers are read at 64 bits and brought to their width afterwards,
+      // as a platform with a 32-bit long reads them.
+      std::string head = directive.substr(0, directive.size() - 1);
+      while (head.size() > 1 && std::strchr("hlqjzt", head.back()) != nullptr) head.pop_back();
+      rewritten += head + "ll" + directive.back();
+      target = c.kind == ConvKind::Signed ? static_cast<void*>(&slot.integer)
+                                          : static_cast<void*>(&slot.unsignedInteger);
+    } else if (c.kind == ConvKind::Real) {
+      rewritten += directive;
+      target = c.lengthBits == 128  ? static_cast<void*>(&slot.longReal)
+               : c.lengthBits == 32 ? static_cast<void*>(&slot.real)
+                                    : static_cast<void*>(&slot.single);
+    } else {
+      rewritten += directive;
+      target = &slot.character;
+    }
+    ++used;
+  }
+  if (used == 0) return 0;  // nothing of ours to assign
+  int assigned = 0;
+  switch (used) {
+    case 1:
+      assigned = std::sscanf(text, rewritten.c_str(), pointers[0], pointers[1]);
+      break;
+    default:
+      assigned =
+          std::sscanf(text, rewritten.c_str(), pointers[0], pointers[1], pointers[2], pointers[3]);
+      break;
+  }
+  if (assigned <= 0) return 0;
+  // Only our conversions assign, in order: the first `assigned` took a value.
+  for (int s = 0; s < used && s < assigned; ++s) {
+    const Slot& slot = slots[s];
+    unsigned char bytes[sizeof(long double) > 8 ? sizeof(long double) : 8] = {};
+    size_t natural = 0;
+    const size_t narrow = slot.lengthBits == 16 ? 2 : slot.lengthBits == 8 ? 1 : 4;
+    if (slot.kind == ConvKind::Signed) {
+      long long v = slot.integer;
+      natural = 8;
+      if (slot.lengthBits != 64) {
+        // A 32-bit strtol saturates at the limits of its long.
+        v = v > INT32_MAX ? INT32_MAX : (v < INT32_MIN ? INT32_MIN : v);
+        natural = narrow;
+      }
+      std::memcpy(bytes, &v, sizeof v);
+    } else if (slot.kind == ConvKind::Unsigned) {
+      unsigned long long v = slot.unsignedInteger;
+      natural = 8;
+      if (slot.lengthBits != 64) {
+        // A 32-bit strtoul: a magnitude beyond 32 bits gives the maximum, a
+        // negative number is negated in 32 bits.
+        const char* p = text + slot.start;
+        while (*p == ' ' || (*p >= '\t' && *p <= '\r')) ++p;
+        const unsigned long long magnitude = *p == '-' ? 0 - v : v;
+        v = magnitude > UINT32_MAX ? UINT32_MAX : static_cast<uint32_t>(v);
+        natural = narrow;
+      }
+      std::memcpy(bytes, &v, sizeof v);
+    } else if (slot.kind == ConvKind::Real) {
+      if (slot.lengthBits == 128) {
+        natural = sizeof(long double);
+        std::memcpy(bytes, &slot.longReal, natural);
+      } else if (slot.lengthBits == 32) {
+        natural = 8;
+        std::memcpy(bytes, &slot.real, 8);
+      } else {
+        natural = 4;
+        std::memcpy(bytes, &slot.single, 4);
+      }
+    } else {
+      natural = 1;
+      bytes[0] = static_cast<unsigned char>(slot.character);
+    }
+    ScanTarget& t = targets[s];
+    std::memcpy(t.address, bytes, natural < t.size ? natural : t.size);
+    t.assigned = 1;
+  }
+  return assigned;
+}
+
+}  // namespace nxrows
+
+// ---------------------------------------------------------------------------
+// Print and scan handlers of the plain scalars.  Each formats into a local
+// buffer of kTextBuffer bytes; longer output is cut there.
+
+namespace nxrows {
+
+NxString& BytePrint(NxString& result, void* value, const char* format, uint32_t count) {
+  result = "";
+  const unsigned char* bytes = static_cast<const unsigned char*>(value);
+  char buffer[kTextBuffer];
+  for (uint32_t i = 0; i < count; ++i) {
+    const unsigned b = bytes[i];
+    const PrintArgument argument{false, static_cast<int64_t>(b), 0.0};
+    if (std::isprint(static_cast<int>(b)))
+      FormatArguments(buffer, sizeof buffer, format, &argument, 1);
+    else
+      FormatArguments(buffer, sizeof buffer, "0x%02x", &argument, 1);
+    result += NxString(static_cast<const char*>(buffer));
+  }
+  return result;
+}
+
+namespace {
+
+NxString& PrintInteger(NxString& result, int64_t value, const char* format) {
+  char buffer[kTextBuffer];
+  const PrintArgument argument{false, value, 0.0};
+  FormatArguments(buffer, sizeof buffer, format, &argument, 1);
+  result = static_cast<const char*>(buffer);
+  return result;
+}
+
+NxString& ShortPrint(NxString& result, void* value, const char* format, uint32_t) {
+  int16_t v;
+  std::memcpy(&v, value, sizeof v);
+  return PrintInteger(result, v, format);
+}
+
+NxString& LongPrint(NxString& result, void* value, const char* format, uint32_t) {
+  int32_t v;
+  std::memcpy(&v, value, sizeof v);
+  return PrintInteger(result, v, format);
+}
+
+NxString& FloatPrint(NxString& result, void* value, const char* format, uint32_t) {
+  float v;
+  std::memcpy(&v, value, sizeof v);
+  char buffer[kTextBuffer];
+  const PrintArgument argument{true, 0, static_cast<double>(v)};
+  FormatArguments(buffer, sizeof buffer, format, &argument, 1);
+  result = static_cast<const char*>(buffer);
+  return result;
+}
+
+// The portable form of a double: a format that does not start with "%" and
+// whose first four characters are those of "ldexp(" gets the fraction and the
+// exponent of the value, so that the text reads back bit for bit.
+const char kPortable[] = "ldexp(";
+
+bool IsPortableFormat(const char* format) {
+  return format != nullptr && format[0] != '%' && std::strncmp(format, kPortable, 4) == 0;
+}
+
+NxString& DoublePrint(NxString& result, void* value, const char* format, uint32_t) {
+  double v;
+  std::memcpy(&v, value, sizeof v);
+  char buffer[kTextBuffer];
+  if (IsPortableFormat(format)) {
+    int exponent = 0;
+    const double fraction = std::frexp(v, &exponent);
+    const PrintArgument arguments[2] = {{true, 0, fraction}, {false, exponent, 0.0}};
+    FormatArguments(buffer, sizeof buffer, format, arguments, 2);
+  } else {
+    const PrintArgument argument{true, 0, v};
+    FormatArguments(buffer, sizeof buffer, format, &argument, 1);
+  }
+  result = static_cast<const char*>(buffer);
+  return result;
+}
+
+// The 8-bit text that a scan reads: 16-bit text is recoded into a default
+// string first.
+struct ScanText {
+  explicit ScanText(NxString& text) : source(&text) {
+    if (text.codeSet > 224) {
+      copy += text;
+      source = &copy;
+    }
+  }
+  const char* c_str() const { return source->StrGet(); }
+  NxString copy;
+  const NxString* source;
+};
+
+template <size_t W>
+void* PlainScan(void* value, NxString& text, const char* format, uint32_t) {
+  if (value == nullptr) return nullptr;
+  ScanText input(text);
+  ScanTarget target{value, W, 0};
+  ScanArguments(input.c_str(), format, &target, 1);
+  return value;
+}
+
+void* DoubleScan(void* value, NxString& text, const char* format, uint32_t) {
+  if (value == nullptr) return nullptr;
+  ScanText input(text);
+  if (IsPortableFormat(format)) {
+    double fraction = 0.0;
+    int exponent = 0;
+    ScanTarget targets[2] = {{&fraction, sizeof fraction, 0}, {&exponent, sizeof exponent, 0}};
+    ScanArguments(input.c_str(), format, targets, 2);
+    if (targets[0].assigned || targets[1].assigned) {
+      const double v = std::ldexp(fraction, exponent);
+      std::memcpy(value, &v, sizeof v);
+    }
+  } else {
+    ScanTarget target{value, 8, 0};
+    ScanArguments(input.c_str(), format, &target, 1);
+  }
+  return value;
+}
+
+}  // namespace
+
+void* ByteScan(void* value, NxString& text, const char* format, uint32_t count) {
+  if (value == nullptr) return nullptr;
+  ScanText input(text);
+  const char* p = input.c_str();
+  unsigned char* element = static_cast<unsigned char*>(value);
+  for (uint32_t i = 0; i < count && *p != '\0'; ++i, ++p, ++element) {
+    unsigned hex = 0;
+    ScanTarget hexTarget{&hex, sizeof hex, 0};
+    if (ScanArguments(p, "0x%x", &hexTarget, 1) > 0) {
+      *element = static_cast<unsigned char>(hex);
+    } else {
+      ScanTarget target{element, 1, 0};
+      ScanArguments(p, format, &target, 1);
+    }
+  }
+  return value;
+}
+
+// ---------------------------------------------------------------------------
+// Conversion to and from text, default values.
+
+namespace {
+
+// A new array of `count` default strings, from the string row's Create.
+void* StringCreate(uint32_t count);
+void* StringDelete(void* value, uint32_t count);
+NxString* NewStrings(uint32_t count) {
+  return static_cast<NxString*>(StringCreate(count));
+}
+
+// ConvertTo: string i takes the text of element i, appended to a default
+// string so that it arrives in the default code set.
+template <typename T, typename Text>
+NxTypeConvertData* ScalarConvertTo(void* value, uint32_t count, Text text) {
+  NxString* strings = NewStrings(count);
+  if (strings == nullptr) return nullptr;
+  const unsigned char* p = static_cast<const unsigned char*>(value);
+  for (uint32_t i = 0; i < count; ++i) {
+    T v;
+    std::memcpy(&v, p + static_cast<size_t>(i) * sizeof(T), sizeof v);
+    strings[i] += text(v);
+  }
+  NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, strings, nullptr);
+  if (data == nullptr) StringDelete(strings, count);
+  return data;
+}
+
+// ConvertFrom: element i takes the value of string i; a missing or null
+// string gives the missing value 0.
+template <typename T, typename Value>
+void* ScalarConvertFrom(NxCreateFunc create, NxTypeConvertData* data, uint32_t count, Value value) {
+  void* result = create(count);
+  if (result == nullptr || count == 0) return result;
+  unsigned char* p = static_cast<unsigned char*>(result);
+  for (uint32_t i = 0; i < count; ++i) {
+    NxString* s = data != nullptr ? data->GetString(static_cast<int>(i)) : nullptr;
+    const T v = (s == nullptr || s->IsNullValue()) ? T(0) : value(*s);
+    std::memcpy(p + static_cast<size_t>(i) * sizeof(T), &v, sizeof v);
+  }
+  return result;
+}
+
+NxString ByteText(int8_t v) {
+  return NxString(static_cast<short>(v));
+}
+NxString ShortText(int16_t v) {
+  return NxString(static_cast<short>(v));
+}
+NxString LongText(int32_t v) {
+  return NxString(static_cast<long>(v));
+}
+NxString IntText(int32_t v) {
+  return NxString(static_cast<int>(v));
+}
+NxString DoubleText(double v) {
+  return NxString(v);
+}
+NxString FloatText(float v) {
+  return NxString(static_cast<double>(v));
+}
+
+int8_t ByteValue(NxString& s) {
+  return static_cast<int8_t>(static_cast<short>(s));
+}
+int16_t ShortValue(NxString& s) {
+  return static_cast<short>(s);
+}
+int32_t LongValue(NxString& s) {
+  return static_cast<int32_t>(static_cast<long>(s));
+}
+int32_t IntValue(NxString& s) {
+  return static_cast<int>(s);
+}
+double DoubleValue(NxString& s) {
+  return static_cast<double>(s);
+}
+float FloatValue(NxString& s) {
+  return static_cast<float>(static_cast<double>(s));
+}
+
+NxTypeConvertData* ByteConvertTo(void* v, uint32_t n) {
+  return ScalarConvertTo<int8_t>(v, n, ByteText);
+}
+NxTypeConvertData* ShortConvertTo(void* v, uint32_t n) {
+  return ScalarConvertTo<int16_t>(v, n, ShortText);
+}
+NxTypeConvertData* LongConvertTo(void* v, uint32_t n) {
+  return ScalarConvertTo<int32_t>(v, n, LongText);
+}
+NxTypeConvertData* IntConvertTo(void* v, uint32_t n) {
+  return ScalarConvertTo<int32_t>(v, n, IntText);
+}
+NxTypeConvertData* FloatConvertTo(void* v, uint32_t n) {
+  return ScalarConvertTo<float>(v, n, FloatText);
+}
+NxTypeConvertData* DoubleConvertTo(void* v, uint32_t n) {
+  return ScalarConvertTo<double>(v, n, DoubleText);
+}
+
+// The rows of a function set share its ConvertFrom, which makes the array
+// with the set's Create.
+void* ByteConvertFrom(NxTypeConvertData* d, uint32_t n) {
+  return ScalarConvertFrom<int8_t>(ScalarCreate<1, true>, d, n, ByteValue);
+}
+void* ShortConvertFrom(NxTypeConvertData* d, uint32_t n) {
+  return ScalarConvertFrom<int16_t>(ScalarCreate<2, false>, d, n, ShortValue);
+}
+void* LongConvertFrom(NxTypeConvertData* d, uint32_t n) {
+  return ScalarConvertFrom<int32_t>(ScalarCreate<4, false>, d, n, LongValue);
+}
+void* IntConvertFrom(NxTypeConvertData* d, uint32_t n) {
+  return ScalarConvertFrom<int32_t>(ScalarCreate<4, false>, d, n, IntValue);
+}
+void* FloatConvertFrom(NxTypeConvertData* d, uint32_t n) {
+  return ScalarConvertFrom<float>(ScalarCreate<4, false>, d, n, FloatValue);
+}
+void* DoubleConvertFrom(NxTypeConvertData* d, uint32_t n) {
+  return ScalarConvertFrom<double>(ScalarCreate<8, false>, d, n, DoubleValue);
+}
+
+}  // namespace
+
+void* DefaultFromEmptyStrings(NxConvertFromFunc convertFrom, uint32_t count) {
+  // `count` default strings in a block with a hidden element count, in a
+  // carrier without a manager: this function frees them itself.
+  NxString* strings = nullptr;
+  if (count > 0) {
+    void* block = std::malloc(kArrayHeader + static_cast<size_t>(count) * sizeof(NxString));
+    if (block != nullptr) {
+      std::memcpy(static_cast<char*>(block) + kArrayHeader - 4, &count, 4);
+      strings = reinterpret_cast<NxString*>(static_cast<char*>(block) + kArrayHeader);
+      for (uint32_t i = 0; i < count; ++i) new (&strings[i]) NxString();
+    }
+  }
+  NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, strings, nullptr);
+  void* result = convertFrom(data, count);
+  delete data;
+  if (strings != nullptr) {
+    for (uint32_t i = count; i-- > 0;) strings[i].~NxString();
+    std::free(reinterpret_cast<char*>(strings) - kArrayHeader);
+  }
+  return result;
+}
+
+namespace {
+
+void* ByteDefault(uint32_t n, int) {
+  return DefaultFromEmptyStrings(ByteConvertFrom, n);
+}
+void* ShortDefault(uint32_t n, int) {
+  return DefaultFromEmptyStrings(ShortConvertFrom, n);
+}
+void* LongDefault(uint32_t n, int) {
+  return DefaultFromEmptyStrings(LongConvertFrom, n);
+}
+void* IntDefault(uint32_t n, int) {
+  return DefaultFromEmptyStrings(IntConvertFrom, n);
+}
+void* FloatDefault(uint32_t n, int) {
+  return DefaultFromEmptyStrings(FloatConvertFrom, n);
+}
+void* DoubleDefault(uint32_t n, int) {
+  return DefaultFromEmptyStrings(DoubleConvertFrom, n);
+}
+
+// ---------------------------------------------------------------------------
+// The memory side of the string rows: arrays of NxString with a hidden
+// 32-bit element count in front of element 0 from count 2 up.
+
+void* StringCreate(uint32_t count) {
+  if (count <= 1) return new (std::nothrow) NxString();
+  void* block = std::malloc(kArrayHeader + static_cast<size_t>(count) * sizeof(NxString));
+  if (block == nullptr) return nullptr;
+  std::memcpy(static_cast<char*>(block) + kArrayHeader - 4, &count, 4);
+  NxString* strings = reinterpret_cast<NxString*>(static_cast<char*>(block) + kArrayHeader);
+  for (uint32_t i = 0; i < count; ++i) new (&strings[i]) NxString();
+  return strings;
+}
+
+void* StringDelete(void* value, uint32_t count) {
+  if (value == nullptr) return nullptr;
+  NxString* strings = static_cast<NxString*>(value);
+  if (count < 2) {
+    delete strings;
+    return nullptr;
+  }
+  uint32_t stored;
+  std::memcpy(&stored, reinterpret_cast<char*>(strings) - 4, 4);
+  for (uint32_t i = stored; i-- > 0;) strings[i].~NxString();
+  std::free(reinterpret_cast<char*>(strings) - kArrayHeader);
+  return nullptr;
+}
+
+uint32_t StringNullSizeGet(uint32_t count) {
+  return 6 * count;
+}
+
+void StringConstructor(void* memory, uint32_t count, uint32_t) {
+  if (memory == nullptr) return;
+  NxString* strings = static_cast<NxString*>(memory);
+  for (uint32_t i = 0; i < count; ++i) new (&strings[i]) NxString();
+}
+
+void StringDestructor(void* memory, uint32_t count, uint32_t) {
+  if (memory == nullptr) return;
+  NxString* strings = static_cast<NxString*>(memory);
+  for (uint32_t i = 0; i < count; ++i) strings[i].~NxString();
+}
+
+void StringAssignment(void* destination, void* source, uint32_t count, int broadcast) {
+  NxString* d = static_cast<NxString*>(destination);
+  NxString* s = static_cast<NxString*>(source);
+  for (uint32_t i = 0; i < count; ++i) d[i] = broadcast ? s[0] : s[i];
+}
+
+void StringCopy(void* destination, void* source, uint32_t count, int broadcast) {
+  NxString* d = static_cast<NxString*>(destination);
+  NxString* s = static_cast<NxString*>(source);
+  for (uint32_t i = 0; i < count; ++i) new (&d[i]) NxString(broadcast ? s[0] : s[i]);
+}
+
+int StringIsNull(void* value) {
+  return static_cast<NxString*>(value)->IsNullValue();
+}
+int StringSetNull(void* value) {
+  return static_cast<NxString*>(value)->SetNullValue();
+}
+
+NxTypeConvertData* StringConvertTo(void* value, uint32_t count) {
+  NxString* strings = NewStrings(count);
+  if (strings == nullptr) return nullptr;
+  NxString* source = static_cast<NxString*>(value);
+  for (uint32_t i = 0; i < count; ++i) {
+    if (source[i].IsNullValue())
+      strings[i].SetNullValue();
+    else
+      strings[i] += source[i];
+  }
+  NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, strings, nullptr);
+  if (data == nullptr) StringDelete(strings, count);
+  return data;
+}
+
+void* StringConvertFrom(NxTypeConvertData* data, uint32_t count) {
+  NxString* result = static_cast<NxString*>(StringCreate(count));
+  if (result == nullptr || count == 0) return result;
+  for (uint32_t i = 0; i < count; ++i) {
+    NxString* s = data != nullptr ? data->GetString(static_cast<int>(i)) : nullptr;
+    if (s == nullptr || s->IsNullValue())
+      result[i].SetNullValue();
+    else
+      result[i] = *s;
+  }
+  return result;
+}
+
+void* StringDefault(uint32_t count, int null) {
+  if (null == 0) return DefaultFromEmptyStrings(StringConvertFrom, count);
+  NxString* result = static_cast<NxString*>(StringCreate(count));
+  if (result == nullptr) return nullptr;
+  for (uint32_t i = 0; i < count; ++i) result[i].SetNullValue();
+  return result;
+}
+
+}  // namespace
+
+}  // namespace nxrows
+
+namespace {
+
 // Adapters: the base library's functions take a const source in both
 // directions, which is exactly the Load slot's form.
 uint32_t CharMove(void* d, const void* s, unsigned char f, uint32_t n) {
@@ -197,6 +959,11 @@ struct ScalarSet {
   NxAssignmentFunc assignment;
   NxCopyFunc copy;
   NxTranslateFunc translate;
+  NxConvertToFunc convertTo;
+  NxConvertFromFunc convertFrom;
+  NxDefaultValueFunc defaultValue;
+  NxPrintToNxStringFunc print;
+  NxScanFromNxStringFunc scan;
 };
 
 constexpr ScalarSet kByteSet{ScalarCreate<1, true>,
@@ -208,7 +975,12 @@ constexpr ScalarSet kByteSet{ScalarCreate<1, true>,
                              ScalarConstructor<1>,
                              ScalarAssignment<1>,
                              ScalarCopy<1>,
-                             ScalarTranslate<1, CharMove, CharStore>};
+                             ScalarTranslate<1, CharMove, CharStore>,
+                             nxrows::ByteConvertTo,
+                             nxrows::ByteConvertFrom,
+                             nxrows::ByteDefault,
+                             nxrows::BytePrint,
+                             nxrows::ByteScan};
 constexpr ScalarSet kShortSet{ScalarCreate<2, false>,
                               ShortStore,
                               ShortStore,
@@ -218,7 +990,12 @@ constexpr ScalarSet kShortSet{ScalarCreate<2, false>,
                               ScalarConstructor<2>,
                               ScalarAssignment<2>,
                               ScalarCopy<2>,
-                              ScalarTranslate<2, ShortStore, ShortStore>};
+                              ScalarTranslate<2, ShortStore, ShortStore>,
+                              nxrows::ShortConvertTo,
+                              nxrows::ShortConvertFrom,
+                              nxrows::ShortDefault,
+                              nxrows::ShortPrint,
+                              nxrows::PlainScan<2>};
 constexpr ScalarSet kLongSet{ScalarCreate<4, false>,
                              LongStore,
                              LongStore,
@@ -228,7 +1005,12 @@ constexpr ScalarSet kLongSet{ScalarCreate<4, false>,
                              ScalarConstructor<4>,
                              ScalarAssignment<4>,
                              ScalarCopy<4>,
-                             ScalarTranslate<4, LongStore, LongStore>};
+                             ScalarTranslate<4, LongStore, LongStore>,
+                             nxrows::LongConvertTo,
+                             nxrows::LongConvertFrom,
+                             nxrows::LongDefault,
+                             nxrows::LongPrint,
+                             nxrows::PlainScan<4>};
 constexpr ScalarSet kIntSet{ScalarCreate<4, false>,
                             IntStore,
                             IntLoad,
@@ -238,7 +1020,12 @@ constexpr ScalarSet kIntSet{ScalarCreate<4, false>,
                             ScalarConstructor<4>,
                             ScalarAssignment<4>,
                             ScalarCopy<4>,
-                            ScalarTranslate<4, IntLoad, IntStore>};
+                            ScalarTranslate<4, IntLoad, IntStore>,
+                            nxrows::IntConvertTo,
+                            nxrows::IntConvertFrom,
+                            nxrows::IntDefault,
+                            nxrows::LongPrint,
+                            nxrows::PlainScan<4>};
 constexpr ScalarSet kUnsignedSet{ScalarCreate<4, false>,
                                  UnsignedStore,
                                  UnsignedLoad,
@@ -248,7 +1035,12 @@ constexpr ScalarSet kUnsignedSet{ScalarCreate<4, false>,
                                  ScalarConstructor<4>,
                                  ScalarAssignment<4>,
                                  ScalarCopy<4>,
-                                 ScalarTranslate<4, UnsignedLoad, UnsignedStore>};
+                                 ScalarTranslate<4, UnsignedLoad, UnsignedStore>,
+                                 nxrows::IntConvertTo,
+                                 nxrows::IntConvertFrom,
+                                 nxrows::IntDefault,
+                                 nxrows::LongPrint,
+                                 nxrows::PlainScan<4>};
 constexpr ScalarSet kFloatSet{ScalarCreate<4, false>,
                               FloatStore,
                               FloatStore,
@@ -258,7 +1050,12 @@ constexpr ScalarSet kFloatSet{ScalarCreate<4, false>,
                               ScalarConstructor<4>,
                               ScalarAssignment<4>,
                               ScalarCopy<4>,
-                              ScalarTranslate<4, FloatStore, FloatStore>};
+                              ScalarTranslate<4, FloatStore, FloatStore>,
+                              nxrows::FloatConvertTo,
+                              nxrows::FloatConvertFrom,
+                              nxrows::FloatDefault,
+                              nxrows::FloatPrint,
+                              nxrows::PlainScan<4>};
 constexpr ScalarSet kDoubleSet{ScalarCreate<8, false>,
                                DoubleStore,
                                DoubleStore,
@@ -268,7 +1065,12 @@ constexpr ScalarSet kDoubleSet{ScalarCreate<8, false>,
                                ScalarConstructor<8>,
                                ScalarAssignment<8>,
                                ScalarCopy<8>,
-                               ScalarTranslate<8, DoubleStore, DoubleStore>};
+                               ScalarTranslate<8, DoubleStore, DoubleStore>,
+                               nxrows::DoubleConvertTo,
+                               nxrows::DoubleConvertFrom,
+                               nxrows::DoubleDefault,
+                               nxrows::DoublePrint,
+                               nxrows::DoubleScan};
 
 constexpr NxTypeDesc ScalarRow(const char* name, unsigned short memLen, const char* format,
                                const ScalarSet& set, NxTypeCmpFunc compare) {
@@ -287,6 +1089,11 @@ constexpr NxTypeDesc ScalarRow(const char* name, unsigned short memLen, const ch
   row.Copy = set.copy;
   row.Translate = set.translate;
   row.IsNull = nxrows::NeverNull;
+  row.ConvertTo = set.convertTo;
+  row.ConvertFrom = set.convertFrom;
+  row.DefaultValue = set.defaultValue;
+  row.PrintToString = set.print;
+  row.ScanFromString = set.scan;
   return row;
 }
 
@@ -299,7 +1106,26 @@ struct PointerAndSizeRecord {
   uint8_t language;
 };
 constexpr unsigned short kStringMemLen = sizeof(PointerAndSizeRecord);
+static_assert(sizeof(NxString) == kStringMemLen, "the string row steps by the record");
 constexpr unsigned short kBlobMemLen = sizeof(void*);
+
+// The memory side of the string rows.  The old string row has no null.
+constexpr NxTypeDesc StringRow(bool withNull) {
+  NxTypeDesc row = IllegalLike("NxString", kStringMemLen, 0, "%s");
+  row.Create = nxrows::StringCreate;
+  row.Delete = nxrows::StringDelete;
+  row.NullSizeGet = nxrows::StringNullSizeGet;
+  row.ConvertTo = nxrows::StringConvertTo;
+  row.ConvertFrom = nxrows::StringConvertFrom;
+  row.Constructor = nxrows::StringConstructor;
+  row.Destructor = nxrows::StringDestructor;
+  row.Assignment = nxrows::StringAssignment;
+  row.Copy = nxrows::StringCopy;
+  row.DefaultValue = nxrows::StringDefault;
+  row.IsNull = withNull ? nxrows::StringIsNull : nxrows::NeverNull;
+  row.SetNull = withNull ? nxrows::StringSetNull : nullptr;
+  return row;
+}
 
 // d_Interval shares the sizes, comparison and translation of the float row.
 constexpr NxTypeDesc IntervalRow() {
@@ -342,7 +1168,7 @@ NxTypeDesc intRow = ScalarRow("int", 4, "%d", kIntSet, IntCompare);
 NxTypeDesc unsignedRow = ScalarRow("unsigned", 4, "%u", kUnsignedSet, UnsignedCompare);
 NxTypeDesc enumRow = ScalarRow("enum", 4, "%d", kIntSet, IntCompare);
 NxTypeDesc byteRow = ScalarRow("NxByte", 1, "%c", kByteSet, ByteCompare);
-NxTypeDesc stringRow = IllegalLike("NxString", kStringMemLen, 0, "%s");
+NxTypeDesc stringRow = StringRow(true);
 NxTypeDesc dateRow = IllegalLike("NxDate", 4, 1, "%a %e.%b %Y");
 NxTypeDesc timeRow = IllegalLike("NxTime", 3, 1, "%I:%M:%S %p");
 NxTypeDesc blockIdRow = ScalarRow("BlockId", 4, "#%lu", kLongSet, DwordCompare);
@@ -374,7 +1200,7 @@ NxTypeDesc sealRow = IllegalLike("NxSeal", 6, 1, "noop");
 NxTypeDesc illegalRow = IllegalLike("illegal", 0, 1, "illegal");
 
 // The string row of the older disk form: the properties of row 11, no null.
-NxTypeDesc oldStringRow = IllegalLike("NxString", kStringMemLen, 0, "%s");
+NxTypeDesc oldStringRow = StringRow(false);
 
 }  // namespace nxrows
 

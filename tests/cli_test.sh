@@ -47,6 +47,19 @@ check bad-format 2 "bad format" -- "$nxtm" store long 1 --format 3
 check bad-hex 2 "hex digit" -- "$nxtm" load long zz000000
 check odd-bytes 2 "whole number" -- "$nxtm" load long 010203
 check missing-args 2 "usage" -- "$nxtm" store long
+check print-array 0 "7,8" -- "$nxtm" print long 7 8
+check print-blockid 0 "#7" -- "$nxtm" print BlockId 7
+check print-bytes 0 "A0x01B" -- "$nxtm" print char 65 1 66
+check print-portable 0 "ldexp(0.5,4)" -- "$nxtm" print double 8 --format 'ldexp(%.17g,%d)'
+check scan-long 0 "12" -- "$nxtm" scan long 12abc
+check scan-bytes 0 "65 66" -- "$nxtm" scan char AB
+check scan-portable 0 "8" -- "$nxtm" scan double 'ldexp(0.5,4)' --format 'ldexp(%lf,%d)'
+check convert-word 0 '40000 -> "-25536" -> -25536' -- "$nxtm" convert NxWord long 40000
+check convert-string 0 '2.5 -> "2.5" -> 2.500000' -- "$nxtm" convert NxString double 2.5
+check print-unknown 2 "unknown type" -- "$nxtm" print nosuch 1
+check print-bad-value 2 "bad long value" -- "$nxtm" print long x
+check scan-usage 2 "usage" -- "$nxtm" scan long
+check convert-unknown 2 "unknown type" -- "$nxtm" convert long nosuch 1
 check orders-letter 0 "500C   letter  3       0       lower" -- "$nxtm" orders a
 check orders-contraction 0 "ch     5015" -- "$nxtm" orders ch --language 3 --codeset 1
 check codesets 0 "unicode" -- "$nxtm" codesets
