@@ -1,6 +1,7 @@
 // nxtm types | version | store | load | print | scan | convert: the type
 // table, the disk form of the plain scalars and the text forms of the rows.
 #include <cerrno>
+#include <cfloat>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -82,8 +83,8 @@ bool ParseValue(const ScalarInfo& info, const std::string& text, unsigned char* 
     const double v = std::strtod(text.c_str(), &end);
     if (end == nullptr || *end != '\0' || errno == ERANGE) return false;
     if (info.width == 4) {
+      if (std::isfinite(v) && std::fabs(v) > FLT_MAX) return false;
       const float f = static_cast<float>(v);
-      if (std::isinf(f) && !std::isinf(v)) return false;
       std::memcpy(out, &f, 4);
     } else {
       std::memcpy(out, &v, 8);

@@ -2,6 +2,7 @@
 // rows, the rows of the other types (whose slots are filled as their
 // families are built), the old string row, and the two tables.
 #include <cctype>
+#include <cfloat>
 #include <climits>
 #include <cmath>
 #include <cstdio>
@@ -316,6 +317,15 @@ Conversion ReadConversion(const char* format, size_t i, bool scan) {
   return c;
 }
 
+// A real for an integer conversion: cut toward zero, held at the limits of
+// 64 bits, NaN as 0.
+int64_t RealToInteger(double v) {
+  if (v != v) return 0;
+  if (v >= 9223372036854775807.0) return INT64_MAX;
+  if (v <= -9223372036854775808.0) return INT64_MIN;
+  return static_cast<int64_t>(v);
+}
+
 }  // namespace
 
 namespace nxrows {
@@ -353,7 +363,7 @@ size_t FormatArguments(char* buffer, size_t size, const char* format,
     }
     const PrintArgument& a = arguments[used++];
     directive.assign(format + c.start, c.end - c.start);
-    const int64_t integer = a.real ? static_cast<int64_t>(a.realValue) : a.integer;
+    const int64_t integer = a.real ? RealToInteger(a.realValue) : a.integer;
     const double real = a.real ? a.realValue : static_cast<double>(a.integer);
     // A value's 32-bit pattern goes to every conversion of 32 bits or less
     // (int and the stored world's long), as signed or unsigned as it asks.
@@ -748,7 +758,12 @@ double DoubleValue(NxString& s) {
   return static_cast<double>(s);
 }
 float FloatValue(NxString& s) {
-  return static_cast<float>(static_cast<double>(s));
+  // Narrowed as the floating-point unit does: beyond the range of a float
+  // the value becomes an infinity.
+  const double d = static_cast<double>(s);
+  if (d > FLT_MAX) return HUGE_VALF;
+  if (d < -FLT_MAX) return -HUGE_VALF;
+  return static_cast<float>(d);
 }
 
 NxTypeConvertData* ByteConvertTo(void* v, uint32_t n) {

@@ -115,6 +115,21 @@ TEST_F(Print, FormatsWithoutArgumentsOfOursPrintAsText) {
   EXPECT_EQ(Show(NxTYPE_long, &v, "%*d"), "%*d");
 }
 
+TEST_F(Print, RealsOutOfIntegerRangeHoldAtTheLimits) {
+  double huge = 1.78389e+127;
+  EXPECT_EQ(Show(NxTYPE_double, &huge, "%lld"), "9223372036854775807");
+  double nan = std::nan("");
+  EXPECT_EQ(Show(NxTYPE_double, &nan, "%d"), "0");
+  // A text beyond the range of a float converts to an infinity.
+  NxString* strings = static_cast<NxString*>(mgr.Create(NxTYPE_NxString, 1));
+  *strings = "1e300";
+  NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, 1, strings, &mgr);
+  float* f = static_cast<float*>(mgr.ConvertFrom(NxTYPE_float, data, 1));
+  EXPECT_TRUE(std::isinf(*f));
+  mgr.Delete(NxTYPE_float, f, 1);
+  delete data;
+}
+
 class Scan : public Print {};
 
 TEST_F(Scan, PlainScanReadsWhatItCanAndKeepsTheRest) {
