@@ -58,9 +58,15 @@ void ReverseWords(unsigned char* bytes, uint32_t count) {
   }
 }
 
-uint16_t Swap16(uint16_t w) { return __builtin_bswap16(w); }
-uint32_t Swap32(uint32_t w) { return __builtin_bswap32(w); }
-uint64_t Swap64(uint64_t w) { return __builtin_bswap64(w); }
+uint16_t Swap16(uint16_t w) {
+  return __builtin_bswap16(w);
+}
+uint32_t Swap32(uint32_t w) {
+  return __builtin_bswap32(w);
+}
+uint64_t Swap64(uint64_t w) {
+  return __builtin_bswap64(w);
+}
 
 void ReverseEach(unsigned char* bytes, size_t width, uint32_t count) {
   switch (width) {
