@@ -1,7 +1,8 @@
 // Feeds arbitrary texts, patterns, code sets, languages, comparison words and
 // limits to the comparison, the hashes, the wildcard search, and the search
 // and edit operations of NxString built from the same texts: no crash, no
-// sanitizer report, no read behind a terminator, bounded memory.
+// sanitizer report, no read behind a terminator, bounded memory, and the
+// same result for the same text whichever road the comparison takes.
 //
 // Input: code set 1, language 1, code set 2, language 2 (each an index into
 // the lists below), the comparison word (2 bytes), maxLength (2 bytes), a
@@ -18,7 +19,9 @@ namespace {
 const unsigned char kCodeSets[] = {0, 1, 2, 3, 4, 5, 6, 225, 253, 254};
 const unsigned char kLanguages[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 254};
 
-int Silent(const char*, const char*, int) { return 0; }
+int Silent(const char*, const char*, int) {
+  return 0;
+}
 
 // A text of the code set, terminated in its own width, in a buffer that
 // ends at the terminator so that the address sanitizer sees any read past.
@@ -71,8 +74,20 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
            1, &prefix);
   NxStrCmp(codeSet2, language2, text2.data(), codeSet1, language1, text1.data(), cmpOp, maxLength,
            8, &prefix);
-  NxStrCmp(codeSet1, language1, text1.data(), codeSet2, language2, text2.data(), cmpOp & 0xFFEF,
-           -1, 1, nullptr);
+  NxStrCmp(codeSet1, language1, text1.data(), codeSet2, language2, text2.data(), cmpOp & 0xFFEF, -1,
+           1, nullptr);
+
+  // The same units as Unicode and as the legacy 16-bit code set, which is
+  // ordered through Unicode by the general reader: the results must agree.
+  {
+    const std::vector<char> wide1 = Terminated(data + 9, split, 253);
+    const std::vector<char> wide2 = Terminated(data + 9 + split, rest - split, 253);
+    const int32_t unicode = NxStrCmp(253, language1, wide1.data(), 253, language2, wide2.data(),
+                                     cmpOp, maxLength, 1, nullptr);
+    const int32_t legacy = NxStrCmp(225, language1, wide1.data(), 225, language2, wide2.data(),
+                                    cmpOp, maxLength, 1, nullptr);
+    if (unicode != legacy) __builtin_trap();
+  }
 
   HashString(codeSet1, language1, text1.data(), -1, 1);
   HashString(codeSet2, language2, text2.data(), maxLength, 1);

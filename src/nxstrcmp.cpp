@@ -39,7 +39,9 @@ inline bool IsNullText(unsigned char codeSet, unsigned char language) {
 }
 
 // a - b in wrapping 32-bit arithmetic; only the sign of the result counts.
-inline int32_t Diff(uint32_t a, uint32_t b) { return static_cast<int32_t>(a - b); }
+inline int32_t Diff(uint32_t a, uint32_t b) {
+  return static_cast<int32_t>(a - b);
+}
 
 inline int32_t ByteDiff(const char* a, const char* b) {
   return static_cast<int32_t>(static_cast<unsigned char>(*a)) -
@@ -114,12 +116,14 @@ int32_t ByteMatch(const char* s, const char* p, uint32_t n) {
 // reads 8 bytes per character instead of a record.  Each entry holds the
 // order (bits 0-15), the state that the character sets (bits 16-23; 0 with
 // a mask of 0xFF in bits 56-63 when it is the home state of the language),
-// the flag kSimple, and the low 24 bits of the weight in any state but 20
-// (bits 32-55).  Languages with
-// collation of their own get a copy with their variants resolved; all other
-// languages share one in which the variants play no part.
+// three flags (bits 24-26), and the low 24 bits of the weight in any state
+// but 20 (bits 32-55).  Languages with collation of their own get a copy
+// with their variants resolved; all other languages share one in which the
+// variants play no part, as in the general reader.
 using Entry = uint64_t;
 constexpr Entry kSimple = Entry{1} << 24;  // no contraction and no expansion
+constexpr Entry kStops = Entry{1} << 25;   // a digit, letter or ideograph, or a state from 20 up
+constexpr Entry kSymbol = Entry{1} << 26;  // a symbol, not a space
 constexpr unsigned kCachedValues = 512;
 constexpr unsigned kMaxCachedCodeSets = 8;
 constexpr unsigned kLanguageCopies = 8;  // copies for languages of their own
@@ -131,19 +135,23 @@ struct CodeSetCache {
   unsigned char copy[255];  // per language: its copy of `low`, or kUncached
   unsigned char home[255];  // per language: InitialState
   // Per language: the entries that it reads, or null when the plain
-  // cursors can't serve it (no copy of its own left, or home state 20).
+  // cursors can't serve it (no copy of its own left, or a home state from
+  // 20 up).
   const Entry* reading[255];
 };
 
 CodeSetCache cacheOf[kMaxCachedCodeSets];
-unsigned char cacheIndex[256];  // 1 + the index into cacheOf, 0 for none
+const CodeSetCache* cacheByNumber[256];  // null for code sets without a cache
 
 Entry EntryOf(const NxOrderRecord* r) {
   Entry entry = r->order;
   if ((r->hasNext | r->hasExpansion) == 0) entry |= kSimple;
+  if (r->order >= kFirstDigit) entry |= kStops;
+  if (r->order >= kFirstSymbol) entry |= kSymbol;
   if (r->stateSource == nullptr) {
     entry |= Entry{0xFF} << 56;
   } else {
+    if (*r->stateSource >= kUnknownState) entry |= kStops;
     entry |= Entry{*r->stateSource} << 16;
     // The weight of state 20 has another form: left to the general reader.
     if (*r->stateSource == kUnknownState) entry &= ~kSimple;
@@ -202,20 +210,19 @@ const struct CacheBuilder {
           cache.copy[language] = kUncached;
         }
         cache.reading[language] =
-            cache.copy[language] == kUncached || cache.home[language] == kUnknownState
+            cache.copy[language] == kUncached || cache.home[language] >= kUnknownState
                 ? nullptr
                 : cache.low[cache.copy[language]];
       }
-      cacheIndex[number] = static_cast<unsigned char>(++used);
+      cacheByNumber[number] = &cache;
+      ++used;
     }
   }
 } cacheBuilder;
 
 // The cache of a code set and language, or null.
 inline const CodeSetCache* CacheOf(unsigned char codeSet, unsigned char language) {
-  const unsigned index = cacheIndex[codeSet];
-  if (index == 0 || language == 255) return nullptr;
-  return &cacheOf[index - 1];
+  return language == 255 ? nullptr : cacheByNumber[codeSet];
 }
 
 // One side of the strength compare: an iterator with its current element
@@ -234,6 +241,27 @@ struct Side {
     } else {
       iterator = NxStringIterator(text, codeSet, language, format);
     }
+  }
+  Side(const Side& other) = default;
+  // The iterators of a comparison never own their text, so assignment is a
+  // copy of the fields, as NxStringIterator's own assignment makes it.
+  Side& operator=(const Side& other) {
+    NxStringIterator& to = iterator;
+    const NxStringIterator& from = other.iterator;
+    to.position = from.position;
+    to.codeSet = from.codeSet;
+    to.language = from.language;
+    to.state = from.state;
+    to.overflow = from.overflow;
+    to.overflowIndex = from.overflowIndex;
+    to.overflowCodeSet = from.overflowCodeSet;
+    to.format = from.format;
+    count = other.count;
+    weight = other.weight;
+    order = other.order;
+    pending = other.pending;
+    ended = other.ended;
+    return *this;
   }
   NxStringIterator iterator;
   uint32_t count = 0;          // elements read, invisible ones included
@@ -344,8 +372,8 @@ class FastOrders {
 
   // Both texts read alike: same code set, state and byte order.
   bool SameReading(const FastOrders& other) const {
-    return low_ == other.low_ && homeState_ == other.homeState_ &&
-           byteOrder_ == other.byteOrder_ && wide_ == other.wide_;
+    return low_ == other.low_ && homeState_ == other.homeState_ && byteOrder_ == other.byteOrder_ &&
+           wide_ == other.wide_;
   }
 
  private:
@@ -461,17 +489,25 @@ class StrengthCompare {
       question_ = NxStringIterator::QuestionOrder();
     }
     switch (cmpOp & (kIgnoreCase | kIgnoreAccents)) {
-      case kIgnoreCase: mask_ = 0xFFFFFF9Fu; break;
-      case kIgnoreAccents: mask_ = 0xFFFFFFE0u; break;
-      case kIgnoreCase | kIgnoreAccents: mask_ = 0xFFFFFF80u; break;
-      default: mask_ = 0xFFFFFFFFu; break;
+      case kIgnoreCase:
+        mask_ = 0xFFFFFF9Fu;
+        break;
+      case kIgnoreAccents:
+        mask_ = 0xFFFFFFE0u;
+        break;
+      case kIgnoreCase | kIgnoreAccents:
+        mask_ = 0xFFFFFF80u;
+        break;
+      default:
+        mask_ = 0xFFFFFFFFu;
+        break;
     }
   }
 
   int32_t Run(Side& a, Side& b, int* prefixResult);
 
  private:
-  bool ReadOrder(Side& side, bool patternSide);
+  inline __attribute__((always_inline)) bool ReadOrder(Side& side, bool patternSide);
 
   FastOrders fast_[2];  // the text, the pattern
 
@@ -493,7 +529,7 @@ class StrengthCompare {
 // element with the answer "read on".  The answer is false for an element
 // that counts (digits, letters, ideographs, unknown characters, the end)
 // and, on the pattern side, for a wildcard.
-bool StrengthCompare::ReadOrder(Side& side, bool patternSide) {
+inline bool StrengthCompare::ReadOrder(Side& side, bool patternSide) {
   for (;;) {
     ++side.count;
     unsigned short order = 0;
@@ -524,8 +560,8 @@ int32_t StrengthCompare::Run(Side& a, Side& b, int* prefixResult) {
   // passes over it would store 0 as prefixResult, so not where that counts.
   if (!orderText_ && (prefixResult == nullptr || (cmpOp_ & kIgnoreSpaces) == 0) &&
       a.iterator.language == b.iterator.language && fast_[0].SameReading(fast_[1])) {
-    const uint32_t n = FastOrders::SkipCommonStart(fast_[0], a.iterator, b.iterator, limit_,
-                                                   asterisk_, question_);
+    const uint32_t n =
+        FastOrders::SkipCommonStart(fast_[0], a.iterator, b.iterator, limit_, asterisk_, question_);
     a.count = n;
     b.count = n;
   }
@@ -637,10 +673,18 @@ int32_t StrengthCompare::Run(Side& a, Side& b, int* prefixResult) {
     if (wildcards_ && star != 0 && o1 != 0) {
       bool mismatch;
       switch (cmpOp_ & (kIgnoreCase | kIgnoreAccents)) {
-        case kIgnoreCase | kIgnoreAccents: mismatch = r != 0; break;
-        case kIgnoreAccents: mismatch = caseDiff != 0; break;
-        case kIgnoreCase: mismatch = accentDiff != 0; break;
-        default: mismatch = caseDiff != 0 || accentDiff != 0; break;
+        case kIgnoreCase | kIgnoreAccents:
+          mismatch = r != 0;
+          break;
+        case kIgnoreAccents:
+          mismatch = caseDiff != 0;
+          break;
+        case kIgnoreCase:
+          mismatch = accentDiff != 0;
+          break;
+        default:
+          mismatch = caseDiff != 0 || accentDiff != 0;
+          break;
       }
       if (mismatch) {
         if (candidates.Size() != 0) {
@@ -727,69 +771,106 @@ inline __attribute__((always_inline)) bool SetUpCursor(Cursor& c, const char* te
 }
 
 template <bool kWide>
-inline __attribute__((always_inline)) unsigned short ValueAt(const Cursor& c) {
-  if (!kWide) return *c.at;
+inline __attribute__((always_inline)) unsigned short ValueAt(const Cursor& c,
+                                                             const unsigned char* at) {
+  if (!kWide) return *at;
   unsigned short unit;
-  std::memcpy(&unit, c.at, sizeof unit);
+  std::memcpy(&unit, at, sizeof unit);
   return c.swap ? static_cast<unsigned short>(unit << 8 | unit >> 8) : unit;
 }
 
 enum class Read { stop, readOn, giveUp };
 
-// ReadOrder on a cursor.  `asterisk` and `question` are 0 on the text side
-// and without wildcards.
-template <bool kWide>
-inline __attribute__((always_inline)) Read ReadSimple(Cursor& c, uint32_t limit, unsigned short cmpOp, unsigned short asterisk,
-                       unsigned short question, unsigned short& order, uint32_t& weight,
-                       unsigned short& pending) {
+// ReadOrder on a cursor.  With kPlain there is no limit below 65535, so no
+// count is kept (a text has fewer elements), and no wildcard to look for.
+template <bool kWide, bool kPlain>
+inline __attribute__((always_inline)) Read ReadSimple(Cursor& c, uint32_t limit,
+                                                      unsigned short cmpOp, unsigned short asterisk,
+                                                      unsigned short question,
+                                                      unsigned short& order, uint32_t& weight,
+                                                      unsigned short& pending) {
   for (;;) {
-    ++c.count;
-    unsigned short o = 0;
-    uint32_t w = 0;
-    if (c.count <= limit) {
-      const unsigned short v = ValueAt<kWide>(c);
-      if (v != 0) {
-        if (v >= kCachedValues) return Read::giveUp;
-        const Entry entry = c.low[v];
-        if ((entry & kSimple) == 0) return Read::giveUp;
-        o = static_cast<unsigned short>(entry);
-        if (asterisk != 0 && (o == asterisk || o == question)) return Read::giveUp;
-        c.state = EntryState(entry, c.home);
-        w = EntryWeight(entry, c.state);
-        c.at += kWide ? 2 : 1;
-      }
+    if (!kPlain && ++c.count > limit) {
+      order = 0;
+      weight = 0;
+      return Read::stop;
     }
+    const unsigned short v = ValueAt<kWide>(c, c.at);
+    if (v == 0) {
+      order = 0;
+      weight = 0;
+      return Read::stop;
+    }
+    if (v >= kCachedValues) return Read::giveUp;
+    const Entry entry = c.low[v];
+    if ((entry & kSimple) == 0) return Read::giveUp;
+    const unsigned short o = static_cast<unsigned short>(entry);
+    if (!kPlain && asterisk != 0 && (o == asterisk || o == question)) return Read::giveUp;
+    c.state = EntryState(entry, c.home);
+    c.at += kWide ? 2 : 1;
     order = o;
-    weight = w;
-    if (o == 0 || o >= kFirstDigit || c.state >= kUnknownState) return Read::stop;
-    const unsigned short invisible = o >= kFirstSymbol ? kIgnoreSymbols : kIgnoreSpaces;
-    if ((cmpOp & invisible) != 0) continue;
+    weight = EntryWeight(entry, c.state);
+    if ((entry & kStops) != 0) return Read::stop;
+    if ((cmpOp & ((entry & kSymbol) != 0 ? kIgnoreSymbols : kIgnoreSpaces)) != 0) continue;
     pending = o;
     return Read::readOn;
   }
 }
 
-template <bool kWide1, bool kWide2>
-bool SimpleCompare(Cursor& a, Cursor& b, unsigned short cmpOp, uint32_t limit,
-                   unsigned short asterisk, unsigned short question, int32_t& result) {
-  // A common start decides nothing: pass it at once.
+template <bool kWide1, bool kWide2, bool kPlain>
+inline __attribute__((always_inline)) bool SimpleCompare(Cursor& a, Cursor& b, unsigned short cmpOp,
+                                                         uint32_t limit, unsigned short asterisk,
+                                                         unsigned short question, int32_t& result) {
+  // A common start decides nothing: pass it at once.  Its elements would
+  // come alike from both texts; only the positions, the state of the last
+  // one and the counts move on.
   if (kWide1 == kWide2 && a.low == b.low && a.home == b.home) {
-    uint32_t n = 0;
-    unsigned char state = a.state;
-    const unsigned width = kWide1 ? 2 : 1;
-    while (n < limit) {
-      const unsigned short v = ValueAt<kWide1>(a);
-      if (v == 0 || v >= kCachedValues || v != ValueAt<kWide2>(b)) break;
+    constexpr unsigned width = kWide1 ? 2 : 1;
+    const unsigned char* p = a.at;
+    const unsigned char* q = b.at;
+    Entry last = 0;
+    for (;;) {
+      const unsigned short v = ValueAt<kWide1>(a, p);
+      if (v == 0 || v >= kCachedValues || v != ValueAt<kWide2>(b, q)) break;
       const Entry entry = a.low[v];
-      const unsigned short o = static_cast<unsigned short>(entry);
-      if ((entry & kSimple) == 0 || (asterisk != 0 && (o == asterisk || o == question))) break;
-      state = EntryState(entry, a.home);
-      a.at += width;
-      b.at += width;
-      ++n;
+      if ((entry & kSimple) == 0) break;
+      if (!kPlain) {
+        const unsigned short o = static_cast<unsigned short>(entry);
+        if (static_cast<uint32_t>(p - a.at) / width >= limit ||
+            (asterisk != 0 && (o == asterisk || o == question)))
+          break;
+      }
+      last = entry;
+      p += width;
+      q += width;
     }
-    a.count = b.count = n;
-    a.state = b.state = state;
+    if (p != a.at) {
+      const uint32_t n = static_cast<uint32_t>(p - a.at) / width;
+      a.count = b.count = n;
+      a.state = b.state = EntryState(last, a.home);
+      a.at = p;
+      b.at = q;
+    }
+  }
+
+  if (kPlain) {
+    // The most common end: the next elements are characters that count,
+    // and their primary weights differ.  The first pass would read just
+    // these two and stop with this result.
+    const unsigned short v1 = ValueAt<kWide1>(a, a.at);
+    const unsigned short v2 = ValueAt<kWide2>(b, b.at);
+    if (v1 != 0 && v2 != 0 && v1 < kCachedValues && v2 < kCachedValues) {
+      const Entry e1 = a.low[v1];
+      const Entry e2 = b.low[v2];
+      if ((e1 & e2 & (kSimple | kStops)) == (kSimple | kStops)) {
+        const int32_t r = Diff(EntryWeight(e1, EntryState(e1, a.home)) & ~0x7Fu,
+                               EntryWeight(e2, EntryState(e2, b.home)) & ~0x7Fu);
+        if (r != 0) {
+          result = r;
+          return true;
+        }
+      }
+    }
   }
 
   int32_t caseDiff = 0;
@@ -808,12 +889,12 @@ bool SimpleCompare(Cursor& a, Cursor& b, unsigned short cmpOp, uint32_t limit,
       unsigned short p1 = 0;
       unsigned short p2 = 0;
       if (more1) {
-        const Read x = ReadSimple<kWide1>(a, limit, cmpOp, 0, 0, o1, w1, p1);
+        const Read x = ReadSimple<kWide1, kPlain>(a, limit, cmpOp, 0, 0, o1, w1, p1);
         if (x == Read::giveUp) return false;
         more1 = x == Read::readOn;
       }
       if (more2) {
-        const Read x = ReadSimple<kWide2>(b, limit, cmpOp, asterisk, question, o2, w2, p2);
+        const Read x = ReadSimple<kWide2, kPlain>(b, limit, cmpOp, asterisk, question, o2, w2, p2);
         if (x == Read::giveUp) return false;
         more2 = x == Read::readOn;
       }
@@ -823,11 +904,17 @@ bool SimpleCompare(Cursor& a, Cursor& b, unsigned short cmpOp, uint32_t limit,
       }
     } while (more1 || more2);
     r = Diff(w1 & ~0x7Fu, w2 & ~0x7Fu);
+    if (r != 0) {
+      // Without patterns a primary difference is the result; the
+      // tie-breaks of this pass would never be looked at.
+      result = r;
+      return true;
+    }
     if (caseDiff == 0) caseDiff = Diff(w2 & ~0x1Fu, w1 & ~0x1Fu);
     const int32_t d = Diff(w1 & ~0x60u, w2 & ~0x60u);
     if (d != 0) accentDiff = d;
     if (passSpace != 0) spaceDiff = passSpace;
-    if (r != 0 || o1 == 0 || o2 == 0) break;
+    if (o1 == 0 || o2 == 0) break;
   }
   if (r == 0) {
     if (accentDiff != 0 && (cmpOp & kIgnoreAccents) == 0) {
@@ -861,9 +948,16 @@ unsigned short OrderOfChar(const NxChar& c) {
 // ---------------------------------------------------------------------------
 // NxStrCmp.
 
-int32_t NxStrCmp(unsigned char codeSet1, unsigned char language1, const char* text1,
-                 unsigned char codeSet2, unsigned char language2, const char* text2,
-                 unsigned short cmpOp, short maxLength, unsigned char format, int* prefixResult) {
+namespace {
+
+// Everything but the common case: nulls, maxLength 0, texts without a code
+// set, null pointers, exact compare, patterns, prefixResult, and texts that
+// the plain cursors can't read.
+__attribute__((noinline)) int32_t GeneralCompare(unsigned char codeSet1, unsigned char language1,
+                                                 const char* text1, unsigned char codeSet2,
+                                                 unsigned char language2, const char* text2,
+                                                 unsigned short cmpOp, short maxLength,
+                                                 unsigned char format, int* prefixResult) {
   const bool null1 = IsNullText(codeSet1, language1);
   const bool null2 = IsNullText(codeSet2, language2);
   if (null1 && null2) return 0;
@@ -880,7 +974,8 @@ int32_t NxStrCmp(unsigned char codeSet1, unsigned char language1, const char* te
   if (codeSet1 == 0 || codeSet2 == 0) {
     if (codeSet1 == 0 && codeSet2 == 0) {
       if ((cmpOp & (kNoWildcards | kExact)) != 0)
-        return PlainCompare(text1, text2, maxLength == -1 ? 0u : static_cast<unsigned short>(maxLength));
+        return PlainCompare(text1, text2,
+                            maxLength == -1 ? 0u : static_cast<unsigned short>(maxLength));
       return ByteMatch(text1, text2, static_cast<unsigned short>(maxLength));
     }
     const unsigned char native = NxLanguageContext::GetNativeCodeSet();
@@ -905,14 +1000,14 @@ int32_t NxStrCmp(unsigned char codeSet1, unsigned char language1, const char* te
       const unsigned short asterisk = wildcards ? NxStringIterator::AsteriskOrder() : 0;
       const unsigned short question = wildcards ? NxStringIterator::QuestionOrder() : 0;
       int32_t result = 0;
-      bool done;
-      if (ca.wide) {
-        done = cb.wide ? SimpleCompare<true, true>(ca, cb, cmpOp, limit, asterisk, question, result)
-                       : SimpleCompare<true, false>(ca, cb, cmpOp, limit, asterisk, question, result);
-      } else {
-        done = cb.wide ? SimpleCompare<false, true>(ca, cb, cmpOp, limit, asterisk, question, result)
-                       : SimpleCompare<false, false>(ca, cb, cmpOp, limit, asterisk, question, result);
-      }
+      const bool done = ca.wide ? (cb.wide ? SimpleCompare<true, true, false>(
+                                                 ca, cb, cmpOp, limit, asterisk, question, result)
+                                           : SimpleCompare<true, false, false>(
+                                                 ca, cb, cmpOp, limit, asterisk, question, result))
+                                : (cb.wide ? SimpleCompare<false, true, false>(
+                                                 ca, cb, cmpOp, limit, asterisk, question, result)
+                                           : SimpleCompare<false, false, false>(
+                                                 ca, cb, cmpOp, limit, asterisk, question, result));
       if (done) return result;
     }
   }
@@ -920,6 +1015,44 @@ int32_t NxStrCmp(unsigned char codeSet1, unsigned char language1, const char* te
   Side b(text2, codeSet2, language2, format);
   StrengthCompare compare(cmpOp, maxLength, codeSet1 == kOrderText || codeSet2 == kOrderText);
   return compare.Run(a, b, prefixResult);
+}
+
+}  // namespace
+
+// The common case first: two texts of code sets with cached orders, no
+// wildcards, no limit, no prefixResult.  Everything else, and whatever the
+// plain cursors give up on, goes the general way.
+int32_t NxStrCmp(unsigned char codeSet1, unsigned char language1, const char* text1,
+                 unsigned char codeSet2, unsigned char language2, const char* text2,
+                 unsigned short cmpOp, short maxLength, unsigned char format, int* prefixResult) {
+  if ((cmpOp & (kNoWildcards | kExact)) == kNoWildcards && maxLength == -1 && text1 != nullptr &&
+      text2 != nullptr && (prefixResult == nullptr || (cmpOp & kIgnoreSpaces) == 0) &&
+      language1 != 254 && language2 != 254) {
+    // Code sets 0 and 254 have no cache, so neither text is null here.
+    Cursor ca;
+    Cursor cb;
+    bool ready = SetUpCursor(ca, text1, codeSet1, language1, format);
+    if (ready) {
+      if (codeSet2 == codeSet1 && language2 == language1) {
+        cb = ca;
+        cb.at = reinterpret_cast<const unsigned char*>(text2);
+      } else {
+        ready = SetUpCursor(cb, text2, codeSet2, language2, format);
+      }
+    }
+    if (ready) {
+      int32_t result = 0;
+      const bool done =
+          ca.wide
+              ? (cb.wide ? SimpleCompare<true, true, true>(ca, cb, cmpOp, 65535, 0, 0, result)
+                         : SimpleCompare<true, false, true>(ca, cb, cmpOp, 65535, 0, 0, result))
+              : (cb.wide ? SimpleCompare<false, true, true>(ca, cb, cmpOp, 65535, 0, 0, result)
+                         : SimpleCompare<false, false, true>(ca, cb, cmpOp, 65535, 0, 0, result));
+      if (done) return result;
+    }
+  }
+  return GeneralCompare(codeSet1, language1, text1, codeSet2, language2, text2, cmpOp, maxLength,
+                        format, prefixResult);
 }
 
 // ---------------------------------------------------------------------------
@@ -1043,9 +1176,13 @@ uint32_t PlainHash(const NxString& text) {
 
 }  // namespace
 
-uint32_t HashNxString(const NxString& text) { return PlainHash<0xFFFFFFFFu>(text); }
+uint32_t HashNxString(const NxString& text) {
+  return PlainHash<0xFFFFFFFFu>(text);
+}
 
-uint32_t HashNxString7(const NxString& text) { return PlainHash<0x7Fu>(text); }
+uint32_t HashNxString7(const NxString& text) {
+  return PlainHash<0x7Fu>(text);
+}
 
 // ---------------------------------------------------------------------------
 // Helpers of the string key rows.
@@ -1073,7 +1210,8 @@ unsigned short FindWildcard(unsigned char codeSet, unsigned char language, const
     if (order == 0) break;
     if (order == asterisk || (noQuestion == 0 && order == question)) {
       if (byteOffset != nullptr)
-        *byteOffset = static_cast<unsigned short>(before - reinterpret_cast<const unsigned char*>(text));
+        *byteOffset =
+            static_cast<unsigned short>(before - reinterpret_cast<const unsigned char*>(text));
       return i;
     }
   }
@@ -1110,6 +1248,6 @@ double PositionValue(NxStringIterator& text, unsigned short length) {
         k[kept++] = (NxStringIterator::WeightOf(order, text.state) >> 8) & 0xFFFFu;
     }
   }
-  return (static_cast<double>(s) * 65536.0 + k[0]) * 4294967296.0 + static_cast<double>(k[1]) * 65536.0 +
-         k[2];
+  return (static_cast<double>(s) * 65536.0 + k[0]) * 4294967296.0 +
+         static_cast<double>(k[1]) * 65536.0 + k[2];
 }

@@ -17,7 +17,9 @@ constexpr unsigned short kNoSpaces = NxCMP_IGNORE_SPACES;
 constexpr unsigned short kExact = NxCMP_EXACT;
 constexpr unsigned short kNoSymbols = NxCMP_IGNORE_SYMBOLS;
 
-int Sign(int32_t v) { return v < 0 ? -1 : v > 0 ? 1 : 0; }
+int Sign(int32_t v) {
+  return v < 0 ? -1 : v > 0 ? 1 : 0;
+}
 
 // Both texts in Windows Latin-1, neutral language.
 int32_t Cmp(const char* a, const char* b, unsigned short op, short maxLength = -1,
@@ -95,7 +97,10 @@ TEST_F(StrCmpTest, PrimaryLevelDecidesFirst) {
   EXPECT_LT(Cmp("", "a", kPlain), 0);
   // A primary difference outweighs an earlier case or accent difference.
   EXPECT_LT(Cmp("Ab", "ac", kPlain), 0);
-  EXPECT_LT(Cmp("\xE9" "b", "ec", kPlain), 0);
+  EXPECT_LT(Cmp("\xE9"
+                "b",
+                "ec", kPlain),
+            0);
   // Digits sort before letters.
   EXPECT_LT(Cmp("9", "a", kPlain), 0);
 }
@@ -113,9 +118,19 @@ TEST_F(StrCmpTest, AccentLastDifferenceDecidesAndOutranksCase) {
   const int plain = Sign(Cmp("e", "\xE9", kPlain));  // e against é
   ASSERT_NE(plain, 0);
   // Two accent differences of opposite sign: the last one decides.
-  EXPECT_EQ(Sign(Cmp("\xE9" "e", "e\xE9", kPlain)), plain);
-  EXPECT_EQ(Sign(Cmp("e\xE9", "\xE9" "e", kPlain)), -plain);
-  EXPECT_EQ(Cmp("\xE9" "e", "e\xE9", kPlain | kNoAccents), 0);
+  EXPECT_EQ(Sign(Cmp("\xE9"
+                     "e",
+                     "e\xE9", kPlain)),
+            plain);
+  EXPECT_EQ(Sign(Cmp("e\xE9",
+                     "\xE9"
+                     "e",
+                     kPlain)),
+            -plain);
+  EXPECT_EQ(Cmp("\xE9"
+                "e",
+                "e\xE9", kPlain | kNoAccents),
+            0);
   // An accent difference wins over a case difference wherever they stand.
   EXPECT_EQ(Sign(Cmp("Ae", "a\xE9", kPlain)), plain);
   EXPECT_EQ(Sign(Cmp("Ae", "a\xE9", kPlain | kNoAccents)), 1);  // then case: upper after lower
@@ -301,19 +316,76 @@ TEST_F(StrCmpTest, PrefixResultIsThePrimaryResultWithinMaxLength) {
 
 TEST_F(StrCmpTest, EightAndSixteenBitTextOfTheSameCharactersAreEqual) {
   const std::vector<unsigned short> wide = Units(u"R\u00e9sum\u00e9");
-  EXPECT_EQ(NxStrCmp(NxCS_CP1252, 1, "R\xE9sum\xE9", NxCS_UNICODE, 1, Raw(wide), kPlain, -1, 1,
-                     nullptr),
-            0);
+  EXPECT_EQ(
+      NxStrCmp(NxCS_CP1252, 1, "R\xE9sum\xE9", NxCS_UNICODE, 1, Raw(wide), kPlain, -1, 1, nullptr),
+      0);
   EXPECT_EQ(NxStrCmp(NxCS_UCS2_LEGACY, 1, Raw(wide), NxCS_ISO8859_1, 1, "R\xE9sum\xE9", kPlain, -1,
                      1, nullptr),
             0);
-  EXPECT_LT(NxStrCmp(NxCS_UNICODE, 1, Raw(wide), NxCS_CP1252, 1, "r\xE9sum\xE9s", kPlain, -1, 1,
-                     nullptr),
-            0);
+  EXPECT_LT(
+      NxStrCmp(NxCS_UNICODE, 1, Raw(wide), NxCS_CP1252, 1, "r\xE9sum\xE9s", kPlain, -1, 1, nullptr),
+      0);
   const std::vector<unsigned short> pattern = Units(u"r*M\u00c9");
   EXPECT_EQ(NxStrCmp(NxCS_CP1252, 1, "R\xE9sum\xE9", NxCS_UNICODE, 1, Raw(pattern), kNoCase, -1, 1,
                      nullptr),
             0);
+}
+
+TEST_F(StrCmpTest, UnicodeAndTheLegacySixteenBitCodeSetCompareAlike) {
+  // Code set 225 holds the same characters as 253 and is ordered through
+  // it, but by another road: the results must be the same, value for value,
+  // in every language, at every strength, with patterns too.
+  const char16_t* const words[] = {u"M\u00fcller",
+                                   u"Mueller",
+                                   u"Muller",
+                                   u"Stra\u00dfe",
+                                   u"Strasse",
+                                   u"chata",
+                                   u"hrad",
+                                   u"Chata",
+                                   u"llama",
+                                   u"luz",
+                                   u"\u00c5ngstr\u00f6m",
+                                   u"Angstrom",
+                                   u"\u00c6sir",
+                                   u"\u0153uvre",
+                                   u"oeuvre",
+                                   u"a b-c",
+                                   u"abc",
+                                   u"\u03a9\u03bc\u03ad\u03b3\u03b1",
+                                   u"\u041c\u043e\u0441\u043a\u0432\u0430",
+                                   u"\u0451\u043b\u043a\u0430",
+                                   u"M*",
+                                   u"?a*e*",
+                                   u"*son",
+                                   u"Johnson",
+                                   u"x\u4e2d\u6587",
+                                   u"",
+                                   u"R\u00e9sum\u00e9",
+                                   u"resume",
+                                   u"\u010capek",
+                                   u"Capek",
+                                   u"Dvo\u0159\u00e1k"};
+  const unsigned short ops[] = {0x10, 0x30, 0x50, 0x70, 0x90, 0x210, 0x2F0, 0, 0x20, 0x60, 0x100};
+  for (unsigned char language = 0; language <= 8; ++language) {
+    for (unsigned short op : ops) {
+      for (const char16_t* x : words) {
+        for (const char16_t* y : words) {
+          const std::vector<unsigned short> a = Units(x);
+          const std::vector<unsigned short> b = Units(y);
+          const int32_t unicode = NxStrCmp(NxCS_UNICODE, language, Raw(a), NxCS_UNICODE, language,
+                                           Raw(b), op, -1, 1, nullptr);
+          const int32_t legacy = NxStrCmp(NxCS_UCS2_LEGACY, language, Raw(a), NxCS_UCS2_LEGACY,
+                                          language, Raw(b), op, -1, 1, nullptr);
+          ASSERT_EQ(unicode, legacy) << "language " << int(language) << " op " << op;
+          const int32_t limited = NxStrCmp(NxCS_UNICODE, language, Raw(a), NxCS_UNICODE, language,
+                                           Raw(b), op, 3, 1, nullptr);
+          ASSERT_EQ(limited, NxStrCmp(NxCS_UCS2_LEGACY, language, Raw(a), NxCS_UCS2_LEGACY,
+                                      language, Raw(b), op, 3, 1, nullptr));
+        }
+      }
+    }
+  }
 }
 
 TEST_F(StrCmpTest, OrderTextIsReadUpToItsTerminatorOnly) {
@@ -322,7 +394,8 @@ TEST_F(StrCmpTest, OrderTextIsReadUpToItsTerminatorOnly) {
   const std::vector<unsigned short> key = OrdersOf("abc", NxCS_CP1252, 1);
   const std::vector<unsigned short> same = OrdersOf("abc", NxCS_CP1252, 1);
   const std::vector<unsigned short> other = OrdersOf("abd", NxCS_CP1252, 1);
-  EXPECT_EQ(NxStrCmp(NxCS_ORDERS, 1, Raw(key), NxCS_ORDERS, 1, Raw(same), kPlain, -1, 1, nullptr), 0);
+  EXPECT_EQ(NxStrCmp(NxCS_ORDERS, 1, Raw(key), NxCS_ORDERS, 1, Raw(same), kPlain, -1, 1, nullptr),
+            0);
   EXPECT_LT(NxStrCmp(NxCS_ORDERS, 1, Raw(key), NxCS_ORDERS, 1, Raw(other), kPlain, -1, 1, nullptr),
             0);
   EXPECT_LT(NxStrCmp(NxCS_ORDERS, 1, Raw(key), NxCS_ORDERS, 1, Raw(other), kExact, -1, 1, nullptr),
@@ -337,6 +410,67 @@ TEST_F(StrCmpTest, OrderTextIsReadUpToItsTerminatorOnly) {
   // Text against its own orders.
   EXPECT_EQ(NxStrCmp(NxCS_CP1252, 1, "abc", NxCS_ORDERS, 1, Raw(key), kPlain, -1, 1, nullptr), 0);
   EXPECT_EQ(NxStrCmp(NxCS_CP1252, 1, "abxc", NxCS_ORDERS, 1, Raw(inner), 0, -1, 1, nullptr), 0);
+}
+
+// ---------------------------------------------------------------------------
+// Languages.
+
+// Both texts in Unicode.
+int32_t Uni(const char16_t* a, const char16_t* b, unsigned short op, unsigned char language) {
+  const std::vector<unsigned short> x = Units(a);
+  const std::vector<unsigned short> y = Units(b);
+  return NxStrCmp(NxCS_UNICODE, language, Raw(x), NxCS_UNICODE, language, Raw(y), op, -1, 1,
+                  nullptr);
+}
+
+TEST_F(StrCmpTest, AccentsDifferOnlyAtTheAccentLevel) {
+  EXPECT_LT(Cmp("resume", "r\xE9sum\xE9", kPlain), 0);  // unaccented first
+  EXPECT_EQ(Cmp("resume", "r\xE9sum\xE9", kPlain | kNoAccents), 0);
+  EXPECT_NE(Cmp("resume", "r\xE9sum\xE9", kPlain | kNoCase), 0);
+  EXPECT_LT(Cmp("r\xE9sum\xE9", "resumf", kPlain), 0);  // the letters decide first
+  // Expansions: "ß" is "ss", "Æ" is "AE", at the primary level.
+  EXPECT_EQ(Uni(u"Stra\u00dfe", u"STRASSE", kPlain | kNoCase | kNoAccents, 1), 0);
+  EXPECT_NE(Uni(u"Stra\u00dfe", u"Strasse", kPlain, 1), 0);
+  EXPECT_EQ(Uni(u"\u00c6r\u00f8", u"aero", kPlain | kNoCase | kNoAccents, 1), 0);
+}
+
+TEST_F(StrCmpTest, LanguagesOrderTheirOwnWay) {
+  const unsigned short primary = kPlain | kNoCase | kNoAccents;
+  // German phonebook: "ü" is "ue".
+  EXPECT_EQ(Uni(u"M\u00fcller", u"Mueller", primary, NxLANG_GERMAN_PHONEBOOK), 0);
+  EXPECT_NE(Uni(u"M\u00fcller", u"Mueller", primary, NxLANG_NEUTRAL), 0);
+  EXPECT_EQ(Uni(u"M\u00fcller", u"Muller", primary, NxLANG_NEUTRAL), 0);
+  // Czech: "ch" is one letter after "h".
+  EXPECT_GT(Uni(u"chata", u"hrad", kPlain, NxLANG_CZECH), 0);
+  EXPECT_LT(Uni(u"chata", u"hrad", kPlain, NxLANG_NEUTRAL), 0);
+  // Traditional Spanish: "ll" after "l".
+  EXPECT_GT(Uni(u"llama", u"luz", kPlain, NxLANG_SPANISH_TRADITIONAL), 0);
+  EXPECT_LT(Uni(u"llama", u"luz", kPlain, NxLANG_NEUTRAL), 0);
+  // Swedish: "ö" after "z".
+  EXPECT_GT(Uni(u"\u00f6l", u"zebra", kPlain, NxLANG_SWEDISH), 0);
+  EXPECT_LT(Uni(u"\u00f6l", u"zebra", kPlain, NxLANG_NEUTRAL), 0);
+  // A pattern follows the language too.
+  EXPECT_EQ(Uni(u"chata", u"ch?ta", 0, NxLANG_CZECH), 0);
+  EXPECT_EQ(Uni(u"M\u00fcller", u"Mue*", kNoCase | kNoAccents, NxLANG_GERMAN_PHONEBOOK), 0);
+}
+
+TEST_F(StrCmpTest, GreekAndCyrillicInTheirEightBitCodeSets) {
+  // ISO 8859-7 "Ωμέγα" and "ΩΜΕΓΑ"; ISO 8859-5 "ёлка" and "елка".
+  EXPECT_EQ(
+      NxStrCmp(NxCS_ISO8859_7, NxLANG_GREEK, "\xD9\xEC\xDD\xE3\xE1", NxCS_ISO8859_7, NxLANG_GREEK,
+               "\xD9\xCC\xC5\xC3\xC1", kPlain | kNoCase | kNoAccents, -1, 1, nullptr),
+      0);
+  EXPECT_NE(NxStrCmp(NxCS_ISO8859_7, NxLANG_GREEK, "\xD9\xEC\xDD\xE3\xE1", NxCS_ISO8859_7,
+                     NxLANG_GREEK, "\xD9\xCC\xC5\xC3\xC1", kPlain | kNoCase, -1, 1, nullptr),
+            0);
+  EXPECT_EQ(NxStrCmp(NxCS_ISO8859_5, NxLANG_RUSSIAN, "\xF1\xDB\xDA\xD0", NxCS_ISO8859_5,
+                     NxLANG_RUSSIAN, "\xD5\xDB\xDA\xD0", kPlain | kNoAccents, -1, 1, nullptr),
+            0);
+  // The same Cyrillic text in 8 and in 16 bits.
+  const std::vector<unsigned short> wide = Units(u"\u0451\u043b\u043a\u0430");
+  EXPECT_EQ(NxStrCmp(NxCS_ISO8859_5, NxLANG_RUSSIAN, "\xF1\xDB\xDA\xD0", NxCS_UNICODE,
+                     NxLANG_RUSSIAN, Raw(wide), kPlain, -1, 1, nullptr),
+            0);
 }
 
 // ---------------------------------------------------------------------------
@@ -388,6 +522,7 @@ class WildcardScope {
   ~WildcardScope() {
     NxString::SetAsterisk(NxChar('*', NxCS_CP1252, 1));
     NxString::SetQuestion(NxChar('?', NxCS_CP1252, 1));
+    NxString::SetEscape(NxChar('\\', NxCS_CP1252, 1));
   }
 };
 
@@ -395,6 +530,9 @@ TEST_F(StrCmpTest, SetAsteriskAndSetQuestionChangeTheWildcards) {
   WildcardScope restore;
   EXPECT_EQ(NxString::SetAsterisk(NxChar('%', NxCS_CP1252, 1)), 0);
   EXPECT_EQ(NxString::SetQuestion(NxChar('_', NxCS_CP1252, 1)), 0);
+  // The escape is stored by its order, here from a 16-bit character.
+  EXPECT_EQ(NxString::SetEscape(NxChar(static_cast<unsigned short>('!'), NxCS_UNICODE, 1)), 0);
+  EXPECT_EQ(NxStringIterator::EscapeOrder(), NxChar('!', NxCS_CP1252, 1).Order());
   EXPECT_EQ(Cmp("abc", "a%", 0), 0);
   EXPECT_EQ(Cmp("abc", "a_c", 0), 0);
   EXPECT_NE(Cmp("abc", "a*", 0), 0);
