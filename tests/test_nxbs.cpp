@@ -47,127 +47,66 @@ std::vector<unsigned char> Reversed(std::vector<unsigned char> bytes, size_t wid
   return bytes;
 }
 
-// ---------------------------------------------------------------------------
-// Disk form of scalars.
-
-TEST(DiskOrder, EveryFunctionHonoursTheLowFourBitsOfTheFormat) {
+TEST(DiskOrder, EveryFunctionHonoursTheLowFourBitsAndIsItsOwnInverse) {
   const uint32_t count = 3;
   for (const StoreCase& c : kStores) {
     SCOPED_TRACE(c.name);
     const std::vector<unsigned char> source = Ramp(c.width, count);
-    const std::string asIs = Hex(source.data(), source.size());
     const std::vector<unsigned char> swapped = Reversed(source, c.width);
-    const std::string reversed = Hex(swapped.data(), swapped.size());
-    // Low nibble 1 and every nibble but 2 and 8 are least significant first,
-    // which is the memory form here; bits above the nibble never count.
-    const struct {
-      unsigned char format;
-      const std::string& expected;
-    } rows[] = {{1, asIs},        {8, asIs},        {0, asIs},       {5, asIs},
-                {0x0F, asIs},     {0x81, asIs},     {0x88, asIs},    {2, reversed},
-                {0x82, reversed}, {0xF2, reversed}, {0x12, reversed}};
-    for (const auto& row : rows) {
-      SCOPED_TRACE(static_cast<int>(row.format));
-      std::vector<unsigned char> out(source.size(), 0xEE);
-      EXPECT_EQ(c.width * count, c.store(out.data(), source.data(), row.format, count));
-      EXPECT_EQ(row.expected, Hex(out.data(), out.size()));
+    // Low nibble 2 is most significant first; every other nibble is the
+    // memory form here.  Bits above the nibble never count.
+    for (unsigned char format : {1, 8, 0, 5, 0x0F, 0x81, 0x88, 2, 0x82, 0xF2, 0x12}) {
+      SCOPED_TRACE(static_cast<int>(format));
+      const auto& expected = (format & 0x0F) == 2 ? swapped : source;
+      std::vector<unsigned char> out(source.size() + 1, 0xEE), back(source.size());
+      EXPECT_EQ(c.width * count, c.store(out.data(), source.data(), format, count));
+      EXPECT_EQ(Hex(expected.data(), expected.size()) + "ee", Hex(out.data(), out.size()));
+      c.store(back.data(), out.data(), format, count);
+      EXPECT_EQ(source, back);
     }
+    unsigned char out0[8];
+    EXPECT_EQ(0u, c.store(out0, source.data(), 2, 0));
+    EXPECT_EQ(c.width, c.store(out0, source.data(), 2, 1));
+    // In place.
+    std::vector<unsigned char> bytes = source;
+    c.store(bytes.data(), bytes.data(), 2, count);
+    EXPECT_EQ(swapped, bytes);
   }
+  // Nothing is touched, null pointers included, when there is nothing to move.
+  EXPECT_EQ(0u, LongStore(nullptr, nullptr, 2, 0));
 }
 
-TEST(DiskOrder, EachFunctionIsItsOwnInverse) {
-  const uint32_t count = 4;
-  for (const StoreCase& c : kStores) {
-    SCOPED_TRACE(c.name);
-    const std::vector<unsigned char> memory = Ramp(c.width, count);
-    for (unsigned char format : {1, 2, 8, 0x82, 7}) {
-      std::vector<unsigned char> disk(memory.size()), back(memory.size());
-      c.store(disk.data(), memory.data(), format, count);
-      c.store(back.data(), disk.data(), format, count);
-      EXPECT_EQ(memory, back) << "format " << static_cast<int>(format);
-    }
-  }
-}
-
-TEST(DiskOrder, InPlaceAndOverlappingMovesKeepEveryByte) {
-  for (const StoreCase& c : kStores) {
-    SCOPED_TRACE(c.name);
-    std::vector<unsigned char> bytes = Ramp(c.width, 5);
-    c.store(bytes.data(), bytes.data(), 2, 5);
-    EXPECT_EQ(Reversed(Ramp(c.width, 5), c.width), bytes);
-  }
+TEST(DiskOrder, OverlappingMovesAndKnownValues) {
   // Destination one element past the source, and one before it: the result
   // is what a move through a separate buffer would give.
   const std::vector<unsigned char> ramp = Ramp(2, 4);
   std::vector<unsigned char> buffer(10, 0);
   std::copy(ramp.begin(), ramp.end(), buffer.begin());
   EXPECT_EQ(8u, ShortStore(buffer.data() + 2, buffer.data(), 2, 4));
-  EXPECT_EQ(
-      "0102020104030605"
-      "0807",
-      Hex(buffer.data(), buffer.size()));
+  EXPECT_EQ("01020201040306050807", Hex(buffer.data(), buffer.size()));
   std::vector<unsigned char> back(10, 0);
   std::copy(ramp.begin(), ramp.end(), back.begin() + 2);
   EXPECT_EQ(8u, ShortStore(back.data(), back.data() + 2, 2, 4));
   EXPECT_EQ("02010403060508070708", Hex(back.data(), back.size()));
-}
-
-TEST(DiskOrder, KnownValues) {
-  const unsigned char big[2] = {1, 2};
-  int16_t s = 0;
-  EXPECT_EQ(2u, ShortStore(&s, big, 2, 1));
-  EXPECT_EQ(258, s);
-  unsigned char out[2] = {0, 0};
-  EXPECT_EQ(2u, ShortStore(out, &s, 2, 1));
-  EXPECT_EQ("0102", Hex(out, 2));
 
   const int32_t l = -2;
-  unsigned char le[4], le129[4], be[4];
-  EXPECT_EQ(4u, LongStore(le, &l, 1, 1));
-  EXPECT_EQ(4u, LongStore(le129, &l, 129, 1));
-  EXPECT_EQ(4u, LongStore(be, &l, 2, 1));
+  unsigned char le[4], be[4];
+  LongStore(le, &l, 129, 1);
+  LongStore(be, &l, 2, 1);
   EXPECT_EQ("feffffff", Hex(le, 4));
-  EXPECT_EQ("feffffff", Hex(le129, 4));
   EXPECT_EQ("fffffffe", Hex(be, 4));
-
   // Elements at odd addresses are fine.
   unsigned char record[9] = {0};
   const double d = 1.5;
   EXPECT_EQ(8u, DoubleStore(record + 1, &d, 2, 1));
   EXPECT_EQ("3ff8000000000000", Hex(record + 1, 8));
-  double dr = 0;
-  DoubleStore(&dr, record + 1, 2, 1);
-  EXPECT_EQ(1.5, dr);
-
   const unsigned int u = 0x80000001u;
   unsigned char ub[4];
-  EXPECT_EQ(4u, UnsignedStore(ub, &u, 2, 1));
+  UnsignedStore(ub, &u, 2, 1);
   EXPECT_EQ("80000001", Hex(ub, 4));
-  unsigned int ur = 0;
-  EXPECT_EQ(4u, UnsignedLoad(&ur, ub, 2, 1));
-  EXPECT_EQ(u, ur);
-  const int i = -100000;
-  unsigned char ib[4];
-  EXPECT_EQ(4u, IntStore(ib, &i, 2, 1));
   int ir = 0;
-  EXPECT_EQ(4u, IntLoad(&ir, ib, 2, 1));
-  EXPECT_EQ(i, ir);
-}
-
-TEST(DiskOrder, ResultCountsBytesForZeroOneAndMany) {
-  unsigned char buffer[64] = {0};
-  for (unsigned char format : {0, 1, 2, 5, 8, 0x81, 0x88}) {
-    EXPECT_EQ(5u, CharStore(buffer, "abcde", format, 5));
-  }
-  for (const StoreCase& c : kStores) {
-    SCOPED_TRACE(c.name);
-    const std::vector<unsigned char> source = Ramp(c.width, 7);
-    EXPECT_EQ(0u, c.store(buffer, source.data(), 2, 0));
-    EXPECT_EQ(c.width, c.store(buffer, source.data(), 2, 1));
-    EXPECT_EQ(7 * c.width, c.store(buffer, source.data(), 2, 7));
-  }
-  // Nothing is touched, null pointers included, when there is nothing to move.
-  EXPECT_EQ(0u, LongStore(nullptr, nullptr, 2, 0));
+  EXPECT_EQ(4u, IntLoad(&ir, ub, 2, 1));
+  EXPECT_EQ(static_cast<int>(u), ir);
 }
 
 TEST(DiskOrder, NullPointerWithElementsIsReported) {
@@ -196,49 +135,33 @@ TEST(DiskSize, FixedWidthsWhateverTheFormats) {
   }
 }
 
-// ---------------------------------------------------------------------------
-// Memory file.
-
-TEST(MemFileSeek, DefaultImageIsEmpty) {
-  MemFile file;
-  EXPECT_EQ(nullptr, file.data);
-  EXPECT_EQ(0, file.size);
-  EXPECT_EQ(0, file.position);
-  uint32_t bytes = 4;
-  EXPECT_EQ(nullptr, file.Seek(0, MemFile::FromCurrent, &bytes, 0));
-  EXPECT_EQ(0u, bytes);
-}
-
 TEST(MemFileSeek, GrantsWhatIsLeftFromEachOrigin) {
+  MemFile empty;
+  uint32_t bytes = 4;
+  EXPECT_EQ(nullptr, empty.Seek(0, MemFile::FromCurrent, &bytes, 0));
+  EXPECT_EQ(0u, bytes);
+
   const unsigned char image[10] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9};
   MemFile file(image, 10);
-
-  uint32_t bytes = 4;
-  unsigned char* at = file.Seek(0, MemFile::FromCurrent, &bytes, 0);
-  EXPECT_EQ(image, at);
-  EXPECT_EQ(4u, bytes);
-  EXPECT_EQ(0, file.position);  // granting does not advance
-
-  bytes = 3;
-  at = file.Seek(6, MemFile::FromStart, &bytes, 0);
-  ASSERT_NE(nullptr, at);
-  EXPECT_EQ(6, *at);
-  EXPECT_EQ(3u, bytes);
-  EXPECT_EQ(6, file.position);
-
-  bytes = 100;  // more than is left: the rest is granted
-  at = file.Seek(2, MemFile::FromCurrent, &bytes, 0);
-  ASSERT_NE(nullptr, at);
-  EXPECT_EQ(8, *at);
-  EXPECT_EQ(2u, bytes);
-  EXPECT_EQ(8, file.position);
-
-  bytes = 5;
-  at = file.Seek(-3, MemFile::FromEnd, &bytes, 0);
-  ASSERT_NE(nullptr, at);
-  EXPECT_EQ(7, *at);
-  EXPECT_EQ(3u, bytes);
-  EXPECT_EQ(7, file.position);
+  const struct {
+    int32_t offset;
+    unsigned short origin;
+    uint32_t wanted, granted;
+    int32_t position;
+  } steps[] = {
+      {0, MemFile::FromCurrent, 4, 4, 0},  // granting does not advance
+      {6, MemFile::FromStart, 3, 3, 6},
+      {2, MemFile::FromCurrent, 100, 2, 8},  // more than is left: the rest
+      {-3, MemFile::FromEnd, 5, 3, 7},
+  };
+  for (const auto& step : steps) {
+    bytes = step.wanted;
+    const unsigned char* at = file.Seek(step.offset, step.origin, &bytes, 0);
+    ASSERT_NE(nullptr, at) << step.offset;
+    EXPECT_EQ(step.position, *at);
+    EXPECT_EQ(step.granted, bytes);
+    EXPECT_EQ(step.position, file.position);
+  }
 }
 
 TEST(MemFileSeek, FailuresGiveNullAndLeaveThePosition) {
@@ -246,7 +169,6 @@ TEST(MemFileSeek, FailuresGiveNullAndLeaveThePosition) {
   MemFile file(image, 10);
   uint32_t bytes = 2;
   ASSERT_NE(nullptr, file.Seek(4, MemFile::FromStart, &bytes, 0));
-
   const struct {
     int32_t offset;
     unsigned short origin;
@@ -272,17 +194,8 @@ TEST(MemFileSeek, FailuresGiveNullAndLeaveThePosition) {
   EXPECT_EQ(4, file.position);
 }
 
-// ---------------------------------------------------------------------------
-// Configuration.
-
-class DefaultConfigTest : public testing::Test {
- protected:
-  void SetUp() override { previous_ = DefaultConfig(nullptr); }
-  void TearDown() override { DefaultConfig(previous_); }
-  NxConfig* previous_ = nullptr;
-};
-
-TEST_F(DefaultConfigTest, InstallQueryAndUninstall) {
+TEST(Config, DefaultIsInstalledQueriedAndUninstalled) {
+  NxConfig* previous = DefaultConfig(nullptr);
   EXPECT_EQ(nullptr, DefaultConfig(NxCONFIG_QUERY));
   NxKeyValueConfig first, second;
   EXPECT_EQ(nullptr, DefaultConfig(&first));
@@ -290,49 +203,7 @@ TEST_F(DefaultConfigTest, InstallQueryAndUninstall) {
   EXPECT_EQ(&first, DefaultConfig(NxCONFIG_QUERY));  // a query changes nothing
   EXPECT_EQ(&first, DefaultConfig(&second));
   EXPECT_EQ(&second, DefaultConfig(nullptr));
-  EXPECT_EQ(nullptr, DefaultConfig(NxCONFIG_QUERY));
-}
-
-TEST(NxConfigQuery, MatchesWordsWithoutRegardToCase) {
-  NxKeyValueConfig config;
-  config.Set("stringOverflow", "DeBuG");
-  config.Set("oldIndexUnicodeOrder", "");
-  const char* debug[] = {"release", "debug", nullptr};
-  const char* other[] = {"release", "debugger", nullptr};
-  const char* none[] = {nullptr};
-
-  int16_t flag = 0;
-  EXPECT_EQ(0, config.Query("stringOverflow", &flag, debug));
-  EXPECT_NE(0, flag);
-
-  flag = 0;
-  EXPECT_EQ(0, config.Query("stringOverflow", &flag, other));
-  EXPECT_EQ(0, flag);
-  EXPECT_EQ(0, config.Query("stringOverflow", &flag, none));
-  EXPECT_EQ(0, flag);
-
-  // With no word list a key that is set, even to nothing, raises the flag.
-  EXPECT_EQ(0, config.Query("oldIndexUnicodeOrder", &flag, nullptr));
-  EXPECT_NE(0, flag);
-
-  flag = 0;
-  EXPECT_EQ(1, config.Query("missing", &flag, nullptr));
-  EXPECT_EQ(1, config.Query("missing", &flag, debug));
-  EXPECT_EQ(0, flag);
-  // Keys match exactly.
-  EXPECT_EQ(1, config.Query("stringoverflow", &flag, nullptr));
-}
-
-TEST(NxConfigQuery, FlagIsASixteenBitWordAtAnyAlignment) {
-  NxKeyValueConfig config;
-  config.Set("k", "v");
-  unsigned char raw[4] = {0, 0, 0, 0xAA};
-  EXPECT_EQ(0, config.Query("k", raw + 1, nullptr));
-  int16_t flag;
-  std::memcpy(&flag, raw + 1, sizeof flag);
-  EXPECT_NE(0, flag);
-  EXPECT_EQ(0, raw[0]);
-  EXPECT_EQ(0xAA, raw[3]);
+  DefaultConfig(previous);
 }
 
 // A configuration that only implements Value gets Query for free.
@@ -343,36 +214,50 @@ class FixedConfig : public NxConfig {
   }
 };
 
-TEST(NxConfigQuery, DefaultQueryReadsThroughValue) {
-  FixedConfig config;
-  const char* words[] = {"FAST", nullptr};
-  int16_t flag = 0;
-  EXPECT_EQ(0, config.Query("mode", &flag, words));
-  EXPECT_NE(0, flag);
-  EXPECT_EQ(1, config.Query("speed", &flag, nullptr));
-}
-
-TEST(NxKeyValueConfigTest, SetReplacesAndNullRemoves) {
+TEST(Config, QueryMatchesWordsWithoutRegardToCase) {
   NxKeyValueConfig config;
-  config.Set("a", "1");
-  config.Set("a", "3");
-  EXPECT_STREQ("3", config.Value("a"));
-  config.Set("a", nullptr);
-  EXPECT_EQ(nullptr, config.Value("a"));
+  config.Set("stringOverflow", "DeBuG");
+  config.Set("oldIndexUnicodeOrder", "");
+  const char* debug[] = {"release", "debug", nullptr};
+  const char* other[] = {"release", "debugger", nullptr};
+  const char* none[] = {nullptr};
+  int16_t flag = 0;
+  EXPECT_EQ(0, config.Query("stringOverflow", &flag, debug));
+  EXPECT_NE(0, flag);
+  flag = 0;
+  EXPECT_EQ(0, config.Query("stringOverflow", &flag, other));
+  EXPECT_EQ(0, config.Query("stringOverflow", &flag, none));
+  EXPECT_EQ(0, flag);
+  // With no word list a key that is set, even to nothing, raises the flag.
+  EXPECT_EQ(0, config.Query("oldIndexUnicodeOrder", &flag, nullptr));
+  EXPECT_NE(0, flag);
+  flag = 0;
+  EXPECT_EQ(1, config.Query("missing", &flag, debug));
+  EXPECT_EQ(1, config.Query("stringoverflow", &flag, nullptr)) << "keys match exactly";
+  EXPECT_EQ(0, flag);
+
+  // The flag is a 16-bit word at any alignment.
+  unsigned char raw[4] = {0, 0, 0, 0xAA};
+  EXPECT_EQ(0, config.Query("stringOverflow", raw + 1, nullptr));
+  std::memcpy(&flag, raw + 1, sizeof flag);
+  EXPECT_NE(0, flag);
+  EXPECT_EQ(0, raw[0]);
+  EXPECT_EQ(0xAA, raw[3]);
+
+  FixedConfig fixed;
+  const char* fast[] = {"FAST", nullptr};
+  flag = 0;
+  EXPECT_EQ(0, fixed.Query("mode", &flag, fast));
+  EXPECT_NE(0, flag);
+  EXPECT_EQ(1, fixed.Query("speed", &flag, nullptr));
 }
 
-TEST(NxKeyValueConfigTest, ParseReadsKeyValueLines) {
+TEST(Config, ParseReadsKeyValueLinesAndSetReplaces) {
   NxKeyValueConfig config;
   const char* text =
-      "# a comment\n"
-      "\n"
-      "  stringOverflow =  debug  \r\n"
-      "oldIndexUnicodeOrder=\n"
-      "   # indented comment = no\n"
-      "no equals sign here\n"
-      " = value without key\n"
-      "path = a=b\n"
-      "last=end";
+      "# a comment\n\n  stringOverflow =  debug  \r\noldIndexUnicodeOrder=\n"
+      "   # indented comment = no\nno equals sign here\n = value without key\n"
+      "path = a=b\nlast=end";
   EXPECT_EQ(4, config.Parse(text));
   EXPECT_STREQ("debug", config.Value("stringOverflow"));
   EXPECT_STREQ("", config.Value("oldIndexUnicodeOrder"));
@@ -381,10 +266,11 @@ TEST(NxKeyValueConfigTest, ParseReadsKeyValueLines) {
   EXPECT_EQ(nullptr, config.Value("# indented comment"));
   EXPECT_EQ(0, config.Parse(""));
   EXPECT_EQ(0, config.Parse(nullptr));
+  config.Set("path", "3");
+  EXPECT_STREQ("3", config.Value("path"));
+  config.Set("path", nullptr);
+  EXPECT_EQ(nullptr, config.Value("path"));
 }
-
-// ---------------------------------------------------------------------------
-// Reports and version.
 
 int countedReports = 0;
 int CountReport(const char*, const char*, int) {
@@ -392,176 +278,94 @@ int CountReport(const char*, const char*, int) {
   return 42;
 }
 
-TEST(AssertReport, DefaultHandlerWritesOneLine) {
+TEST(Reports, AssertHandlerAndMemoryHandler) {
   ASSERT_EQ(nullptr, NxSetAssertHandler(nullptr));
   testing::internal::CaptureStderr();
   EXPECT_EQ(0, ZENTRO_assert("a < b", "src/nxthing.cpp", 77));
-  const std::string out = testing::internal::GetCapturedStderr();
-  EXPECT_EQ("nxtm: assertion failed: a < b (src/nxthing.cpp:77)\n", out);
-}
+  EXPECT_EQ("nxtm: assertion failed: a < b (src/nxthing.cpp:77)\n",
+            testing::internal::GetCapturedStderr());
 
-TEST(AssertReport, InstalledHandlerDecidesAndIsRestored) {
-  countedReports = 0;
   EXPECT_EQ(nullptr, NxSetAssertHandler(&CountReport));
   testing::internal::CaptureStderr();
   EXPECT_EQ(42, ZENTRO_assert("x", "f", 1));
   EXPECT_EQ("", testing::internal::GetCapturedStderr());
   EXPECT_EQ(1, countedReports);
   EXPECT_EQ(&CountReport, NxSetAssertHandler(nullptr));
-  testing::internal::CaptureStderr();
-  EXPECT_EQ(0, ZENTRO_assert("x", "f", 1));
-  EXPECT_FALSE(testing::internal::GetCapturedStderr().empty());
-  EXPECT_EQ(1, countedReports);
-}
 
-TEST(MemoryReport, HandlerThrowsBadAlloc) {
   EXPECT_THROW(NxCallMemoryHandler(1024), std::bad_alloc);
 }
 
 TEST(VersionCheck, Codes) {
-  EXPECT_EQ(NxVERSION_OK, CheckNxVersionNumber(9, 5, 16, 0, 0, 3));
-  EXPECT_EQ(NxVERSION_OK, CheckNxVersionNumber(9, 5, 99, 1, 2, 3));  // build not asked for
-  EXPECT_EQ(NxVERSION_OK, CheckNxVersionNumber(9, 5, 16, 0, 0, 3 | NxVERSION_FLAG_BUILD));
-  EXPECT_EQ(NxVERSION_BUILD_MISMATCH,
-            CheckNxVersionNumber(9, 5, 15, 0, 0, 3 | NxVERSION_FLAG_BUILD));
-  EXPECT_EQ(NxVERSION_MAJOR_MISMATCH, CheckNxVersionNumber(8, 5, 16, 0, 0, 3));
-  EXPECT_EQ(NxVERSION_MINOR_MISMATCH, CheckNxVersionNumber(9, 4, 16, 0, 0, 3));
-  EXPECT_EQ(NxVERSION_BAD_FLAGS, CheckNxVersionNumber(9, 5, 16, 0, 0, 1));
-  EXPECT_EQ(NxVERSION_BAD_FLAGS, CheckNxVersionNumber(9, 5, 16, 0, 0, 0));
-  EXPECT_EQ(NxVERSION_BAD_FLAGS, CheckNxVersionNumber(8, 5, 16, 0, 0, NxVERSION_FLAG_BUILD));
+  const struct {
+    uint32_t major, minor, build, flags;
+    int expected;
+  } cases[] = {
+      {9, 5, 16, 3, NxVERSION_OK},
+      {9, 5, 99, 3, NxVERSION_OK},  // build not asked for
+      {9, 5, 16, 3 | NxVERSION_FLAG_BUILD, NxVERSION_OK},
+      {9, 5, 15, 3 | NxVERSION_FLAG_BUILD, NxVERSION_BUILD_MISMATCH},
+      {8, 5, 16, 3, NxVERSION_MAJOR_MISMATCH},
+      {9, 4, 16, 3, NxVERSION_MINOR_MISMATCH},
+      {9, 5, 16, 1, NxVERSION_BAD_FLAGS},
+      {8, 5, 16, NxVERSION_FLAG_BUILD, NxVERSION_BAD_FLAGS},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(c.expected, CheckNxVersionNumber(c.major, c.minor, c.build, 0, 0, c.flags))
+        << c.major << "." << c.minor << "." << c.build << " flags " << c.flags;
+  }
 }
 
-// ---------------------------------------------------------------------------
-// Clock.
-
-class ClockSeam : public testing::Test {
- protected:
-  void TearDown() override { NxClockRelease(); }
-
+TEST(Clock, FixedInstantsInUtcAndLocalTime) {
   // Milliseconds of a UTC instant, from days since 1970-01-01.
-  static int64_t At(int64_t days, int hour, int minute, int second, int millis = 0) {
-    return ((days * 24 + hour) * 60 + minute) * 60000 + second * 1000 + millis;
-  }
-
-  struct Now {
+  auto at = [](int64_t days, int hour, int minute, int second) {
+    return ((days * 24 + hour) * 60 + minute) * 60000 + second * 1000;
+  };
+  const struct {
+    int64_t instant;
+    int32_t zone;  // minutes east
+    int utc[6];    // year, month, day, hour, minute, second
+    int local[6];
+  } cases[] = {
+      {at(19797, 13, 45, 30) + 999, 0, {2024, 3, 15, 13, 45, 30}, {2024, 3, 15, 13, 45, 30}},
+      {at(19797, 13, 45, 30), 330, {2024, 3, 15, 13, 45, 30}, {2024, 3, 15, 19, 15, 30}},
+      {at(19797, 13, 45, 30), -300, {2024, 3, 15, 13, 45, 30}, {2024, 3, 15, 8, 45, 30}},
+      // Across midnight and the new year in either direction.
+      {at(19722, 22, 30, 0), 120, {2023, 12, 31, 22, 30, 0}, {2024, 1, 1, 0, 30, 0}},
+      {at(19723, 1, 0, 0), -480, {2024, 1, 1, 1, 0, 0}, {2023, 12, 31, 17, 0, 0}},
+      // Leap days and centuries: 2000 is a leap year, 2100 is not.
+      {at(19782, 12, 0, 0), 0, {2024, 2, 29, 12, 0, 0}, {2024, 2, 29, 12, 0, 0}},
+      {at(19783, 0, 0, 0), 0, {2024, 3, 1, 0, 0, 0}, {2024, 3, 1, 0, 0, 0}},
+      {at(11016, 0, 0, 0), 0, {2000, 2, 29, 0, 0, 0}, {2000, 2, 29, 0, 0, 0}},
+      {at(47540, 0, 0, 0), 0, {2100, 2, 28, 0, 0, 0}, {2100, 2, 28, 0, 0, 0}},
+      {at(47541, 0, 0, 0), 0, {2100, 3, 1, 0, 0, 0}, {2100, 3, 1, 0, 0, 0}},
+      {0, 0, {1970, 1, 1, 0, 0, 0}, {1970, 1, 1, 0, 0, 0}},
+      // Instants before the epoch round down.
+      {-1, 0, {1969, 12, 31, 23, 59, 59}, {1969, 12, 31, 23, 59, 59}},
+      // An unknown zone falls back to UTC.
+      {at(19797, 23, 59, 59), NxZONE_UNKNOWN, {2024, 3, 15, 23, 59, 59}, {2024, 3, 15, 23, 59, 59}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::to_string(c.instant) + " zone " + std::to_string(c.zone));
+    NxClockFix(c.instant, c.zone);
+    EXPECT_EQ(c.instant, NxClockNowMilliseconds());
     bdate localDate, utcDate;
     btime localTime, utcTime;
-    int32_t zone;
-  };
-  static Now Read() {
-    Now now;
-    std::memset(&now, 0, sizeof now);
-    nxsgetdate(&now.localDate);
-    nxsgettime(&now.localTime);
-    nxsgetsystemtime(&now.utcTime, &now.utcDate);
-    now.zone = nxsgettimezone();
-    return now;
+    nxsgetdate(&localDate);
+    nxsgettime(&localTime);
+    nxsgetsystemtime(&utcTime, &utcDate);
+    auto fields = [](const bdate& d, const btime& t) {
+      return std::vector<int>{d.year, d.month, d.day, t.hour, t.minute, t.second};
+    };
+    EXPECT_EQ(fields(utcDate, utcTime), std::vector<int>(c.utc, c.utc + 6));
+    EXPECT_EQ(fields(localDate, localTime), std::vector<int>(c.local, c.local + 6));
+    EXPECT_EQ(0, utcTime.zone);
+    EXPECT_EQ(c.zone == NxZONE_UNKNOWN ? 0 : c.zone * 60, localTime.zone);
+    EXPECT_EQ(c.zone, nxsgettimezone());
   }
-};
 
-#define EXPECT_DATE(y, m, d, date) \
-  do {                             \
-    EXPECT_EQ(y, (date).year);     \
-    EXPECT_EQ(m, (date).month);    \
-    EXPECT_EQ(d, (date).day);      \
-  } while (0)
-#define EXPECT_TIME(h, mi, s, time) \
-  do {                              \
-    EXPECT_EQ(h, (time).hour);      \
-    EXPECT_EQ(mi, (time).minute);   \
-    EXPECT_EQ(s, (time).second);    \
-  } while (0)
-
-// 2024-03-15 is day 19797 since 1970-01-01.
-constexpr int64_t kMarch15 = 19797;
-
-TEST_F(ClockSeam, FixedInstantInUtc) {
-  NxClockFix(At(kMarch15, 13, 45, 30, 999), 0);
-  EXPECT_EQ(At(kMarch15, 13, 45, 30, 999), NxClockNowMilliseconds());
-  const Now now = Read();
-  EXPECT_DATE(2024, 3, 15, now.utcDate);
-  EXPECT_TIME(13, 45, 30, now.utcTime);
-  EXPECT_EQ(0, now.utcTime.zone);
-  EXPECT_DATE(2024, 3, 15, now.localDate);
-  EXPECT_TIME(13, 45, 30, now.localTime);
-  EXPECT_EQ(0, now.localTime.zone);
-  EXPECT_EQ(0, now.zone);
-}
-
-TEST_F(ClockSeam, ZoneShiftsLocalTimeOnly) {
-  NxClockFix(At(kMarch15, 13, 45, 30), 330);  // 5:30 east
-  Now now = Read();
-  EXPECT_TIME(19, 15, 30, now.localTime);
-  EXPECT_EQ(330 * 60, now.localTime.zone);
-  EXPECT_EQ(330, now.zone);
-  EXPECT_TIME(13, 45, 30, now.utcTime);
-  EXPECT_EQ(0, now.utcTime.zone);
-
-  NxClockFix(At(kMarch15, 13, 45, 30), -300);  // 5 hours west
-  now = Read();
-  EXPECT_TIME(8, 45, 30, now.localTime);
-  EXPECT_EQ(-300 * 60, now.localTime.zone);
-  EXPECT_EQ(-300, now.zone);
-}
-
-TEST_F(ClockSeam, ZoneCarriesTheDateAcrossMidnightAndNewYear) {
-  // 2023-12-31 22:30 UTC is already 2024-01-01 in a zone two hours east.
-  const int64_t newYearsEve = 19722;  // 2023-12-31
-  NxClockFix(At(newYearsEve, 22, 30, 0), 120);
-  Now now = Read();
-  EXPECT_DATE(2024, 1, 1, now.localDate);
-  EXPECT_TIME(0, 30, 0, now.localTime);
-  EXPECT_DATE(2023, 12, 31, now.utcDate);
-
-  // 2024-01-01 01:00 UTC is still 2023 eight hours west.
-  NxClockFix(At(newYearsEve + 1, 1, 0, 0), -480);
-  now = Read();
-  EXPECT_DATE(2023, 12, 31, now.localDate);
-  EXPECT_TIME(17, 0, 0, now.localTime);
-  EXPECT_DATE(2024, 1, 1, now.utcDate);
-}
-
-TEST_F(ClockSeam, LeapDaysAndCenturies) {
-  NxClockFix(At(19782, 12, 0, 0), 0);  // 2024-02-29
-  EXPECT_DATE(2024, 2, 29, Read().utcDate);
-  NxClockFix(At(19783, 0, 0, 0), 0);
-  EXPECT_DATE(2024, 3, 1, Read().utcDate);
-  NxClockFix(At(11016, 0, 0, 0), 0);  // 2000-02-29: a leap 400th year
-  EXPECT_DATE(2000, 2, 29, Read().utcDate);
-  NxClockFix(At(47541, 0, 0, 0), 0);  // 2100-03-01: 2100 has no 29 February
-  Now now = Read();
-  EXPECT_DATE(2100, 3, 1, now.utcDate);
-  NxClockFix(At(47540, 0, 0, 0), 0);
-  EXPECT_DATE(2100, 2, 28, Read().utcDate);
-  NxClockFix(At(0, 0, 0, 0), 0);
-  EXPECT_DATE(1970, 1, 1, Read().utcDate);
-}
-
-TEST_F(ClockSeam, InstantsBeforeTheEpochRoundDown) {
-  NxClockFix(-1, 0);  // 1969-12-31 23:59:59.999
-  const Now now = Read();
-  EXPECT_DATE(1969, 12, 31, now.utcDate);
-  EXPECT_TIME(23, 59, 59, now.utcTime);
-}
-
-TEST_F(ClockSeam, UnknownZoneFallsBackToUtc) {
-  NxClockFix(At(kMarch15, 23, 59, 59), NxZONE_UNKNOWN);
-  const Now now = Read();
-  EXPECT_EQ(-2171, now.zone);
-  EXPECT_DATE(2024, 3, 15, now.localDate);
-  EXPECT_TIME(23, 59, 59, now.localTime);
-  EXPECT_EQ(0, now.localTime.zone);
-}
-
-TEST_F(ClockSeam, ReleaseReturnsToTheSystemClock) {
-  NxClockFix(0, 60);
-  EXPECT_EQ(0, NxClockNowMilliseconds());
+  // Releasing returns to the system clock.
   NxClockRelease();
-  EXPECT_GT(NxClockNowMilliseconds(), At(kMarch15, 0, 0, 0));
-}
-
-TEST(SystemClock, IsSane) {
-  NxClockRelease();
+  EXPECT_GT(NxClockNowMilliseconds(), at(19797, 0, 0, 0));
   bdate date = {0, 0, 0}, utcDate = {0, 0, 0};
   btime time = {0, 0, 0, 0, 0}, utcTime = {0, 0, 0, 0, 0};
   nxsgetdate(&date);
