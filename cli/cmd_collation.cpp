@@ -8,87 +8,11 @@
 #include <nxtm/nxtm.h>
 
 #include "cli.h"
+#include "utf8.h"
 
 namespace {
 
 using cli::Args;
-
-// ---------------------------------------------------------------------------
-// UTF-8 in and out.
-
-// Decodes strict UTF-8 into UTF-16 units.  On malformed input returns false
-// and sets `bad` to the offset of the offending byte.
-bool DecodeUtf8(const std::string& text, std::vector<unsigned short>& units, size_t& bad) {
-  size_t i = 0;
-  const size_t n = text.size();
-  while (i < n) {
-    const unsigned char lead = static_cast<unsigned char>(text[i]);
-    uint32_t cp = 0;
-    size_t more = 0;
-    uint32_t minimum = 0;
-    if (lead < 0x80) {
-      cp = lead;
-    } else if (lead >= 0xC2 && lead <= 0xDF) {
-      cp = lead & 0x1Fu;
-      more = 1;
-      minimum = 0x80;
-    } else if (lead >= 0xE0 && lead <= 0xEF) {
-      cp = lead & 0x0Fu;
-      more = 2;
-      minimum = 0x800;
-    } else if (lead >= 0xF0 && lead <= 0xF4) {
-      cp = lead & 0x07u;
-      more = 3;
-      minimum = 0x10000;
-    } else {
-      bad = i;
-      return false;
-    }
-    for (size_t k = 1; k <= more; ++k) {
-      if (i + k >= n) {
-        bad = i;
-        return false;
-      }
-      const unsigned char c = static_cast<unsigned char>(text[i + k]);
-      if ((c & 0xC0u) != 0x80u) {
-        bad = i + k;
-        return false;
-      }
-      cp = (cp << 6) | (c & 0x3Fu);
-    }
-    if (cp < minimum || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF)) {
-      bad = i;
-      return false;
-    }
-    if (cp >= 0x10000) {
-      cp -= 0x10000;
-      units.push_back(static_cast<unsigned short>(0xD800 + (cp >> 10)));
-      units.push_back(static_cast<unsigned short>(0xDC00 + (cp & 0x3FF)));
-    } else {
-      units.push_back(static_cast<unsigned short>(cp));
-    }
-    i += 1 + more;
-  }
-  return true;
-}
-
-void AppendUtf8(std::string& out, uint32_t cp) {
-  if (cp < 0x80) {
-    out += static_cast<char>(cp);
-  } else if (cp < 0x800) {
-    out += static_cast<char>(0xC0 | (cp >> 6));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else if (cp < 0x10000) {
-    out += static_cast<char>(0xE0 | (cp >> 12));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (cp >> 18));
-    out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  }
-}
 
 // How one character of the text is shown: itself, or U+XXXX for controls,
 // spaces other than the plain one and lone surrogates.
@@ -100,7 +24,7 @@ std::string Shown(uint32_t cp) {
     return buffer;
   }
   std::string out;
-  AppendUtf8(out, cp);
+  cli::AppendUtf8(out, cp);
   return out;
 }
 
@@ -209,10 +133,12 @@ int RunOrders(const Args& given) {
   if (!ParseCodeSet(codeSetText, codeSet, problem)) return cli::Fail(problem);
   if (!ParseLanguage(languageText, language, problem)) return cli::Fail(problem);
 
-  std::vector<unsigned short> units;
+  std::vector<uint32_t> points;
   size_t bad = 0;
-  if (!DecodeUtf8(args[0], units, bad))
+  if (!cli::DecodeUtf8(args[0], points, bad))
     return cli::Fail("orders: TEXT is not valid UTF-8 (at byte " + std::to_string(bad) + ")");
+  std::vector<unsigned short> units;
+  for (uint32_t cp : points) cli::AppendUtf16(units, cp);
 
   // The text in its code set, and how each of its characters is shown.
   std::vector<std::string> shown;

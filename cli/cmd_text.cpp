@@ -9,6 +9,7 @@
 #include <nxtm/nxtm.h>
 
 #include "cli.h"
+#include "utf8.h"
 
 namespace {
 
@@ -16,69 +17,6 @@ using cli::Args;
 
 // ---------------------------------------------------------------------------
 // UTF-8 in and out.
-
-// Decodes UTF-8 into code points.  On malformed input returns false and
-// sets `where` to the byte offset of the offending sequence.
-bool DecodeUtf8(const std::string& in, std::vector<uint32_t>& out, size_t& where) {
-  out.clear();
-  size_t i = 0;
-  while (i < in.size()) {
-    const unsigned char b = static_cast<unsigned char>(in[i]);
-    uint32_t cp;
-    size_t extra;
-    uint32_t min;
-    if (b < 0x80) {
-      cp = b, extra = 0, min = 0;
-    } else if ((b & 0xE0) == 0xC0) {
-      cp = b & 0x1F, extra = 1, min = 0x80;
-    } else if ((b & 0xF0) == 0xE0) {
-      cp = b & 0x0F, extra = 2, min = 0x800;
-    } else if ((b & 0xF8) == 0xF0) {
-      cp = b & 0x07, extra = 3, min = 0x10000;
-    } else {
-      where = i;
-      return false;
-    }
-    if (i + extra >= in.size()) {  // cut short by the end of the line
-      where = i;
-      return false;
-    }
-    for (size_t k = 1; k <= extra; ++k) {
-      const unsigned char c = static_cast<unsigned char>(in[i + k]);
-      if ((c & 0xC0) != 0x80) {
-        where = i;
-        return false;
-      }
-      cp = (cp << 6) | (c & 0x3F);
-    }
-    // Overlong forms, surrogates and values past the last plane.
-    if (cp < min || (cp >= 0xD800 && cp <= 0xDFFF) || cp > 0x10FFFF) {
-      where = i;
-      return false;
-    }
-    out.push_back(cp);
-    i += extra + 1;
-  }
-  return true;
-}
-
-void EncodeUtf8(uint32_t cp, std::string& out) {
-  if (cp < 0x80) {
-    out += static_cast<char>(cp);
-  } else if (cp < 0x800) {
-    out += static_cast<char>(0xC0 | (cp >> 6));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else if (cp < 0x10000) {
-    out += static_cast<char>(0xE0 | (cp >> 12));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (cp >> 18));
-    out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  }
-}
 
 // ---------------------------------------------------------------------------
 // Texts in the library's form.
@@ -106,7 +44,7 @@ struct Text {
 bool MakeText(const std::string& utf8, const Settings& s, Text& text, std::string& error) {
   std::vector<uint32_t> points;
   size_t where = 0;
-  if (!DecodeUtf8(utf8, points, where)) {
+  if (!cli::DecodeUtf8(utf8, points, where)) {
     error = "malformed UTF-8 at byte " + std::to_string(where + 1);
     return false;
   }
@@ -155,23 +93,23 @@ std::string ToUtf8(const Text& text, const Settings& s) {
       unsigned short u;
       std::copy_n(text.bytes.data() + 2 * i, 2, reinterpret_cast<char*>(&u));
       if (s.codeSet != NxCS_UNICODE) {
-        EncodeUtf8(s.set->ToUnicode(u), out);
+        cli::AppendUtf8(out, s.set->ToUnicode(u));
       } else if (u >= 0xD800 && u <= 0xDBFF && i + 1 < count) {
         unsigned short low;
         std::copy_n(text.bytes.data() + 2 * (i + 1), 2, reinterpret_cast<char*>(&low));
         if (low >= 0xDC00 && low <= 0xDFFF) {
-          EncodeUtf8(0x10000 + ((u - 0xD800u) << 10) + (low - 0xDC00u), out);
+          cli::AppendUtf8(out, 0x10000 + ((u - 0xD800u) << 10) + (low - 0xDC00u));
           ++i;
         } else {
-          EncodeUtf8(0xFFFD, out);
+          cli::AppendUtf8(out, 0xFFFD);
         }
       } else {
-        EncodeUtf8(u >= 0xD800 && u <= 0xDFFF ? 0xFFFD : u, out);
+        cli::AppendUtf8(out, u >= 0xD800 && u <= 0xDFFF ? 0xFFFD : u);
       }
     }
   } else {
     for (size_t i = 0; i + 2 < text.bytes.size(); ++i)
-      EncodeUtf8(s.set->ToUnicode(static_cast<unsigned char>(text.bytes[i])), out);
+      cli::AppendUtf8(out, s.set->ToUnicode(static_cast<unsigned char>(text.bytes[i])));
   }
   return out;
 }
