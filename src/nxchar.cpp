@@ -520,6 +520,22 @@ inline void StepForward(NxStringIterator& it) {
   it.position += Width(it.codeSet);
 }
 
+// The current element of the collation walk: the next pending value (taken
+// from the list), or the character at the position.  Only its code set and
+// value matter, so neither is copied into an NxChar.  A pending value in an
+// 8-bit code set keeps only its low byte, as a free-standing character does.
+inline unsigned short FetchElement(NxStringIterator& it, unsigned char& elementCodeSet) {
+  if (HasPending(it.overflow, it.overflowIndex)) {
+    unsigned short element = 0;
+    it.overflow->Get(it.overflowIndex, element);
+    ++it.overflowIndex;
+    elementCodeSet = it.overflowCodeSet;
+    return it.overflowCodeSet > 224 ? element : static_cast<unsigned short>(element & 0xFFu);
+  }
+  elementCodeSet = it.codeSet;
+  return it.position != nullptr ? ReadFast(it.position, it.codeSet, it.format) : 0;
+}
+
 }  // namespace
 
 NxStringIterator& NxStringIterator::operator++() {
@@ -588,21 +604,8 @@ unsigned short NxStringIterator::GetNextOrder(unsigned short trackState) {
   }
 
   // The current element: the next pending value, or the character here.
-  // Only its code set and value matter below, so neither is copied into an
-  // NxChar.
   unsigned char elementCodeSet;
-  unsigned short v;
-  if (HasPending(overflow, overflowIndex)) {
-    unsigned short element = 0;
-    overflow->Get(overflowIndex, element);
-    ++overflowIndex;
-    elementCodeSet = overflowCodeSet;
-    // A free-standing character keeps only the low byte in an 8-bit code set.
-    v = overflowCodeSet > 224 ? element : static_cast<unsigned short>(element & 0xFFu);
-  } else {
-    elementCodeSet = codeSet;
-    v = position != nullptr ? ReadFast(position, codeSet, format) : 0;
-  }
+  unsigned short v = FetchElement(*this, elementCodeSet);
 
   // An order pending from an expansion.
   if (elementCodeSet == kOrderText) {
@@ -656,17 +659,7 @@ unsigned short NxStringIterator::GetNextOrder(unsigned short trackState) {
   while (record->hasNext != 0 && IsEOS() == 0) {
     StepForward(*this);
     unsigned char nextCodeSet;
-    unsigned short next;
-    if (HasPending(overflow, overflowIndex)) {
-      unsigned short element = 0;
-      overflow->Get(overflowIndex, element);
-      ++overflowIndex;
-      nextCodeSet = overflowCodeSet;
-      next = overflowCodeSet > 224 ? element : static_cast<unsigned short>(element & 0xFFu);
-    } else {
-      nextCodeSet = codeSet;
-      next = position != nullptr ? ReadFast(position, codeSet, format) : 0;
-    }
+    unsigned short next = FetchElement(*this, nextCodeSet);
     // Compared in Unicode when the table is Unicode's.
     if (unicode != nullptr && nextCodeSet != kUnicode)
       next = unicode->MapFrom(next, Resolved(nextCodeSet));

@@ -462,42 +462,38 @@ NxString::operator double() const {
   return std::atof(data);
 }
 
-// A "-" before 16-bit text: the rest is read by the 16-bit reader and
-// negated, in wrapping 32-bit arithmetic.
-int NxString::Atol(int32_t& value) const {
+namespace {
+
+// Atol and Strtol: -1 unless the first character is a digit or "-", else 0
+// and the number, 8-bit text through strtol with `base` at 32 bits.  A "-"
+// before 16-bit text: the rest is read by the 16-bit reader and negated, in
+// wrapping 32-bit arithmetic.
+int ReadLeadingNumber(const NxString& text, int base, int32_t& value) {
   value = 0;
-  NxChar first = const_cast<NxString&>(*this)[0];
+  NxChar first = const_cast<NxString&>(text)[0];
   const bool minus = first == '-';
   if (!first.IsDigit() && !minus) return -1;
-  if (data == nullptr) return 0;
-  if (codeSet > 224) {
-    const uint32_t units = size / 2;
+  if (text.data == nullptr) return 0;
+  if (text.codeSet > 224) {
+    const uint32_t units = text.size / 2;
     if (minus)
-      value = static_cast<int32_t>(0u - ReadDecimal16(data + 2, units - 1));
+      value = static_cast<int32_t>(0u - ReadDecimal16(text.data + 2, units - 1));
     else
-      value = static_cast<int32_t>(ReadDecimal16(data, units));
+      value = static_cast<int32_t>(ReadDecimal16(text.data, units));
   } else {
-    value = detail::Strtol32(data, 10);
+    value = detail::Strtol32(text.data, base);
   }
   return 0;
 }
 
+}  // namespace
+
+int NxString::Atol(int32_t& value) const {
+  return ReadLeadingNumber(*this, 10, value);
+}
+
 int NxString::Strtol(int32_t& value) const {
-  value = 0;
-  NxChar first = const_cast<NxString&>(*this)[0];
-  const bool minus = first == '-';
-  if (!first.IsDigit() && !minus) return -1;
-  if (data == nullptr) return 0;
-  if (codeSet > 224) {
-    const uint32_t units = size / 2;
-    if (minus)
-      value = static_cast<int32_t>(0u - ReadDecimal16(data + 2, units - 1));
-    else
-      value = static_cast<int32_t>(ReadDecimal16(data, units));
-  } else {
-    value = detail::Strtol32(data, 0);
-  }
-  return 0;
+  return ReadLeadingNumber(*this, 0, value);
 }
 
 // ---------------------------------------------------------------------------
