@@ -1,5 +1,6 @@
 // NxString: the core (layout, lifetime, the one edit routine Splice, the size
-// limit, numeric conversions) and the editing operations built on it.
+// limit, numeric conversions), the editing operations built on it, and the
+// comparison at collation strength with wildcards and the hashes of text.
 //
 // Buffers come from malloc and go back through free; a failed malloc goes to
 // NxCallMemoryHandler, which throws std::bad_alloc.  Every edit builds a new
@@ -11,6 +12,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "nxinternal.h"
 
@@ -991,4 +993,1253 @@ int NxSplitList(NxString& list, NxString& element, const NxString& separator,
   element.Trim();
   position = static_cast<unsigned short>(end + 1);
   return 0;
+}
+
+// ===========================================================================
+// String comparison at collation strength and wildcard matching: NxStrCmp,
+// the comparison members of NxString, the wildcard settings, the hashes of
+// text, and the two helpers of the string key rows (FindWildcard,
+// PositionValue).
+//
+// Results of comparisons are 32-bit differences of weights, orders or bytes,
+// computed in wrapping 32-bit arithmetic.  Only their sign means anything:
+// a weight difference between texts in states more than 127 apart may wrap,
+// which no state of the order tables comes near.
+namespace {
+
+// Empty text for null pointers and null values, valid in both widths and
+// aligned for 16-bit reads.
+alignas(4) const char kEmptyText[4] = {0, 0, 0, 0};
+
+// The bits of the comparison operator word.
+constexpr unsigned short kNoWildcards = NxCMP_NO_WILDCARDS;
+constexpr unsigned short kIgnoreCase = NxCMP_IGNORE_CASE;
+constexpr unsigned short kIgnoreAccents = NxCMP_IGNORE_ACCENTS;
+constexpr unsigned short kIgnoreSpaces = NxCMP_IGNORE_SPACES;
+constexpr unsigned short kExact = NxCMP_EXACT;
+constexpr unsigned short kIgnoreSymbols = NxCMP_IGNORE_SYMBOLS;
+
+// Order classes.
+constexpr unsigned short kFirstSymbol = 80;
+constexpr unsigned short kFirstDigit = 0x3F00;
+constexpr unsigned char kUnknownState = 20;
+constexpr unsigned char kOrderText = 254;
+
+// Language 254 marks a null value, and so does code set 254 with language 0.
+inline bool IsNullText(unsigned char codeSet, unsigned char language) {
+  return language == 254 || (codeSet == kOrderText && language == 0);
+}
+
+// a - b in wrapping 32-bit arithmetic; only the sign of the result counts.
+inline int32_t Diff(uint32_t a, uint32_t b) {
+  return static_cast<int32_t>(a - b);
+}
+
+inline int32_t ByteDiff(const char* a, const char* b) {
+  return static_cast<int32_t>(static_cast<unsigned char>(*a)) -
+         static_cast<int32_t>(static_cast<unsigned char>(*b));
+}
+
+// Byte compare of texts without a code set: the difference of the first
+// unsigned bytes that differ among the first `limit` bytes (0: no limit),
+// the terminator counting as byte 0.  A null text is an empty one.
+int32_t PlainCompare(const char* a, const char* b, uint32_t limit) {
+  if (a == nullptr) a = kEmptyText;
+  if (b == nullptr) b = kEmptyText;
+  for (uint32_t i = 0; limit == 0 || i < limit; ++i) {
+    const int32_t d = ByteDiff(a + i, b + i);
+    if (d != 0 || a[i] == 0) return d;
+  }
+  return 0;
+}
+
+// The byte matcher for texts without a code set: `s` against the pattern `p`
+// with the bytes "*" and "?" as wildcards, over at most `n` characters of s.
+// After a failed attempt behind a star it takes s up again one byte behind
+// the place where that attempt's search began (`resume`) and p again behind
+// the star (`back` elements back).  The search behind a star looks for the
+// byte of p as it stands, so a "?" directly behind a "*" is a plain byte.
+int32_t ByteMatch(const char* s, const char* p, uint32_t n) {
+  if (p == nullptr) return (s != nullptr && *s != 0) ? 1 : 0;
+  if (s == nullptr) return *p == 0 ? 0 : -1;
+  const char* resume = s;
+  uint32_t back = 0;
+  bool inStar = false;
+  for (;;) {
+    bool star = false;
+    if (*p == 0 && !inStar) return n == 0 ? 0 : ByteDiff(s, p);
+    if (n == 0) return 0;
+    if (*p == '*') {
+      star = true;
+    } else {
+      if (*p == '?' && *s == 0) return -1;  // "?" doesn't match the end
+      if (*p != '?' && *p != *s) {
+        if (back == 0) return ByteDiff(s, p);
+        s = resume;
+        p -= back;
+        star = true;
+      }
+    }
+    if (star) {
+      while (*p == '*') ++p;
+      if (*p == 0) return 0;  // a star at the end matches the rest
+      back = 0;
+      resume = s + 1;
+      inStar = true;
+      if (*s == 0) return -1;
+      while (*s != 0 && *s != *p) ++s;
+      if (*s == 0) return ByteDiff(s, p);
+    }
+    // A match of the bytes at s and p.
+    if (*p != 0) ++p;
+    if (*s == 0) {
+      inStar = false;
+      continue;
+    }
+    ++s;
+    --n;
+    if (inStar) ++back;
+  }
+}
+
+// A compact copy of the records of the first 512 values of each order
+// table, made once when the library loads (the tables of nxin are constant
+// and valid before any static constructor runs), so that the collation loop
+// reads 8 bytes per character instead of a record.  Each entry holds the
+// order (bits 0-15), the state that the character sets (bits 16-23; 0 with
+// a mask of 0xFF in bits 56-63 when it is the home state of the language),
+// three flags (bits 24-26), and the low 24 bits of the weight in any state
+// but 20 (bits 32-55).  Languages with collation of their own get a copy
+// with their variants resolved; all other languages share one in which the
+// variants play no part, as in the general reader.
+using Entry = uint64_t;
+constexpr Entry kSimple = Entry{1} << 24;  // no contraction and no expansion
+constexpr Entry kStops = Entry{1} << 25;   // a digit, letter or ideograph, or a state from 20 up
+constexpr Entry kSymbol = Entry{1} << 26;  // a symbol, not a space
+constexpr unsigned kCachedValues = 512;
+constexpr unsigned kMaxCachedCodeSets = 8;
+constexpr unsigned kLanguageCopies = 8;  // copies for languages of their own
+constexpr unsigned char kUncached = 0xFF;
+
+struct CodeSetCache {
+  const NxOrderTable* table;
+  Entry low[1 + kLanguageCopies][kCachedValues];
+  unsigned char copy[255];  // per language: its copy of `low`, or kUncached
+  unsigned char home[255];  // per language: InitialState
+  // Per language: the entries that it reads, or null when the plain
+  // cursors can't serve it (no copy of its own left, or a home state from
+  // 20 up).
+  const Entry* reading[255];
+};
+
+CodeSetCache cacheOf[kMaxCachedCodeSets];
+const CodeSetCache* cacheByNumber[256];  // null for code sets without a cache
+
+Entry EntryOf(const NxOrderRecord* r) {
+  Entry entry = r->order;
+  if ((r->hasNext | r->hasExpansion) == 0) entry |= kSimple;
+  if (r->order >= kFirstDigit) entry |= kStops;
+  if (r->order >= kFirstSymbol) entry |= kSymbol;
+  if (r->stateSource == nullptr) {
+    entry |= Entry{0xFF} << 56;
+  } else {
+    if (*r->stateSource >= kUnknownState) entry |= kStops;
+    entry |= Entry{*r->stateSource} << 16;
+    // The weight of state 20 has another form: left to the general reader.
+    if (*r->stateSource == kUnknownState) entry &= ~kSimple;
+  }
+  entry |= Entry{NxStringIterator::WeightOf(r->order, 0) & 0xFFFFFFu} << 32;
+  return entry;
+}
+
+// The state that the character of an entry sets.
+inline unsigned char EntryState(Entry entry, unsigned char home) {
+  return static_cast<unsigned char>(((entry >> 16) & 0xFF) | (home & (entry >> 56)));
+}
+
+// The weight of the character of an entry in `state`, as WeightOf gives it
+// in any state but 20.
+inline uint32_t EntryWeight(Entry entry, unsigned char state) {
+  return static_cast<uint32_t>(state) << 24 | (static_cast<uint32_t>(entry >> 32) & 0xFFFFFFu);
+}
+
+// The record that a language reads for `r`, as the general reader picks it.
+const NxOrderRecord* VariantOf(const NxOrderRecord* r, const NxLanguage* language) {
+  if (r->hasVariants == 0 || language == nullptr || language->specificCollation == 0) return r;
+  for (int32_t i = 0; i < r->languages.count; ++i) {
+    const NxLanguage* candidate = nullptr;
+    if (r->languages.Get(i, candidate) != 0 || candidate != language) continue;
+    const NxOrderRecord* variant = nullptr;
+    if (r->variants.Get(i, variant) == 0 && variant != nullptr) return variant;
+    break;
+  }
+  return r;
+}
+
+const struct CacheBuilder {
+  CacheBuilder() {
+    unsigned used = 0;
+    for (unsigned number = 1; number <= 253 && used < kMaxCachedCodeSets; ++number) {
+      const NxCodeSet* set = NxLanguageContext::QueryCodeSet(static_cast<unsigned char>(number));
+      if (set == nullptr || set->orderTable == nullptr) continue;
+      CodeSetCache& cache = cacheOf[used];
+      cache.table = set->orderTable;
+      for (unsigned v = 0; v < kCachedValues; ++v)
+        cache.low[0][v] = EntryOf(set->orderTable->Find(static_cast<unsigned short>(v)));
+      unsigned copies = 0;
+      for (unsigned number2 = 0; number2 < 255; ++number2) {
+        const unsigned char language = static_cast<unsigned char>(number2);
+        cache.home[language] = set->InitialState(language);
+        const NxLanguage* own = NxLanguageContext::QueryLanguage(language);
+        if (own == nullptr || own->specificCollation == 0) {
+          cache.copy[language] = 0;
+        } else if (copies < kLanguageCopies) {
+          cache.copy[language] = static_cast<unsigned char>(++copies);
+          for (unsigned v = 0; v < kCachedValues; ++v)
+            cache.low[copies][v] =
+                EntryOf(VariantOf(set->orderTable->Find(static_cast<unsigned short>(v)), own));
+        } else {
+          cache.copy[language] = kUncached;
+        }
+        cache.reading[language] =
+            cache.copy[language] == kUncached || cache.home[language] >= kUnknownState
+                ? nullptr
+                : cache.low[cache.copy[language]];
+      }
+      cacheByNumber[number] = &cache;
+      ++used;
+    }
+  }
+} cacheBuilder;
+
+// The cache of a code set and language, or null.
+inline const CodeSetCache* CacheOf(unsigned char codeSet, unsigned char language) {
+  return language == 255 ? nullptr : cacheByNumber[codeSet];
+}
+
+// One side of the strength compare: an iterator with its current element
+// and the count of elements read.
+struct Side {
+  // The iterator is made as its constructor on the text would make it; in
+  // the cached code sets without the calls that ask for the home state.
+  Side(const char* text, unsigned char codeSet, unsigned char language, unsigned char format) {
+    const CodeSetCache* cache = CacheOf(codeSet, language);
+    if (cache != nullptr) {
+      iterator.position = reinterpret_cast<unsigned char*>(const_cast<char*>(text));
+      iterator.codeSet = codeSet;
+      iterator.language = language;
+      iterator.state = cache->home[language];
+      iterator.format = format == 255 ? 1 : format;
+    } else {
+      iterator = NxStringIterator(text, codeSet, language, format);
+    }
+  }
+  Side(const Side& other) = default;
+  // The iterators of a comparison never own their text, so assignment is a
+  // copy of the fields, as NxStringIterator's own assignment makes it.
+  Side& operator=(const Side& other) {
+    NxStringIterator& to = iterator;
+    const NxStringIterator& from = other.iterator;
+    to.position = from.position;
+    to.codeSet = from.codeSet;
+    to.language = from.language;
+    to.state = from.state;
+    to.overflow = from.overflow;
+    to.overflowIndex = from.overflowIndex;
+    to.overflowCodeSet = from.overflowCodeSet;
+    to.format = from.format;
+    count = other.count;
+    weight = other.weight;
+    order = other.order;
+    pending = other.pending;
+    ended = other.ended;
+    return *this;
+  }
+  NxStringIterator iterator;
+  uint32_t count = 0;          // elements read, invisible ones included
+  uint32_t weight = 0;         // weight of the current element
+  unsigned short order = 0;    // the current element
+  unsigned short pending = 0;  // an ignorable element read in this round
+  bool ended = false;          // the end of the text has come back once
+};
+
+// The collation reading of one text without the calls of the general
+// reader, for the elements that need none of its work: a character of a
+// code set with an order table of its own whose record has no contraction,
+// no language variant and no expansion, and the units of order text.
+// Everything else (pending expansions, contractions, variants, characters
+// without a record, code sets ordered through Unicode) goes to
+// NxStringIterator::GetNextOrder, which gives the same result for the
+// elements handled here.
+class FastOrders {
+ public:
+  // Set up on an iterator just made on its text: its state is then the
+  // home state of the text's code set and language.
+  void Init(const NxStringIterator& it) {
+    orderText_ = it.codeSet == kOrderText;
+    wide_ = it.codeSet > 224;
+    byteOrder_ = static_cast<unsigned char>(it.format & 0x0F);
+    homeState_ = it.state;
+    const CodeSetCache* cache = CacheOf(it.codeSet, it.language);
+    if (cache != nullptr) {
+      table_ = cache->table;
+      const unsigned char copy = cache->copy[it.language];
+      if (copy != kUncached) low_ = cache->low[copy];
+    } else if (!orderText_) {
+      const NxCodeSet* set = NxLanguageContext::QueryCodeSet(it.codeSet);
+      table_ = set != nullptr ? set->orderTable : nullptr;
+    }
+  }
+
+  unsigned short Next(NxStringIterator& it, unsigned short trackState) const {
+    if (it.overflow == nullptr && it.position != nullptr) {
+      unsigned char* at = it.position;
+      if (orderText_) {
+        it.position = at + 2;
+        return Unit(at);
+      }
+      if (table_ != nullptr) {
+        const unsigned short value = wide_ ? Unit(at) : *at;
+        if (value == 0) return 0;  // stays on the terminator
+        if (low_ != nullptr && value < kCachedValues) {
+          // The copy of the text's language: variants are resolved.
+          const Entry entry = low_[value];
+          if ((entry & kSimple) != 0) {
+            if (trackState != 0) it.state = EntryState(entry, homeState_);
+            it.position = at + (wide_ ? 2 : 1);
+            return static_cast<unsigned short>(entry);
+          }
+        } else {
+          const NxOrderRecord* record = table_->Find(value);
+          if (record != nullptr &&
+              (record->hasNext | record->hasVariants | record->hasExpansion) == 0) {
+            if (trackState != 0)
+              it.state = record->stateSource != nullptr ? *record->stateSource : homeState_;
+            it.position = at + (wide_ ? 2 : 1);
+            return record->order;
+          }
+        }
+      }
+    }
+    return it.GetNextOrder(trackState);
+  }
+
+  // Passes the longest common start of two texts of the same code set,
+  // language and format that consists of simple characters only (and no
+  // wildcard when `asterisk` or `question` is not 0), at most `limit`
+  // elements.  Reading it element by element would give the same element
+  // on both sides each time, so nothing but the positions, the common
+  // state and the counts would change.  Returns the number of elements.
+  static uint32_t SkipCommonStart(const FastOrders& fa, NxStringIterator& a, NxStringIterator& b,
+                                  uint32_t limit, unsigned short asterisk,
+                                  unsigned short question) {
+    if (fa.low_ == nullptr || a.overflow != nullptr || b.overflow != nullptr ||
+        a.position == nullptr || b.position == nullptr)
+      return 0;
+    const unsigned width = fa.wide_ ? 2 : 1;
+    const unsigned char* p = a.position;
+    const unsigned char* q = b.position;
+    unsigned char state = a.state;
+    uint32_t n = 0;
+    while (n < limit) {
+      const unsigned short v = fa.wide_ ? fa.Unit(p) : *p;
+      if (v == 0 || v >= kCachedValues || v != (fa.wide_ ? fa.Unit(q) : *q)) break;
+      const Entry entry = fa.low_[v];
+      const unsigned short order = static_cast<unsigned short>(entry);
+      if ((entry & kSimple) == 0 || (asterisk != 0 && (order == asterisk || order == question)))
+        break;
+      state = EntryState(entry, fa.homeState_);
+      p += width;
+      q += width;
+      ++n;
+    }
+    if (n != 0) {
+      a.position += n * width;
+      b.position += n * width;
+      a.state = state;
+      b.state = state;
+    }
+    return n;
+  }
+
+  // Both texts read alike: same code set, state and byte order.
+  bool SameReading(const FastOrders& other) const {
+    return low_ == other.low_ && homeState_ == other.homeState_ && byteOrder_ == other.byteOrder_ &&
+           wide_ == other.wide_;
+  }
+
+ private:
+  // A 16-bit unit by the byte order of the format: 8 the memory form, 2
+  // most significant byte first, anything else least significant first.
+  unsigned short Unit(const unsigned char* at) const {
+    if (byteOrder_ == 8) {
+      unsigned short unit;
+      std::memcpy(&unit, at, sizeof unit);
+      return unit;
+    }
+    if (byteOrder_ == 2) return static_cast<unsigned short>((at[0] << 8) | at[1]);
+    return static_cast<unsigned short>(at[0] | (at[1] << 8));
+  }
+
+  const NxOrderTable* table_ = nullptr;
+  const Entry* low_ = nullptr;
+  unsigned char homeState_ = 0;
+  unsigned char byteOrder_ = 1;
+  bool wide_ = false;
+  bool orderText_ = false;
+};
+
+// A place in the pattern at which the element behind the star may also
+// begin its match, with the differences that stood there.
+struct Candidate {
+  Candidate(const Side& s, int32_t c, int32_t a) : side(s), caseDiff(c), accentDiff(a) {}
+  Side side;
+  int32_t caseDiff;
+  int32_t accentDiff;
+};
+
+// The list of candidates, oldest first.  Room for a few lies inline, so
+// that the common patterns allocate nothing; a pattern that makes many
+// candidates moves them to the heap.
+class CandidateList {
+ public:
+  CandidateList() = default;
+  CandidateList(const CandidateList&) = delete;
+  CandidateList& operator=(const CandidateList&) = delete;
+  ~CandidateList() {
+    Clear();
+    if (items_ != Inline()) std::free(items_);
+  }
+
+  uint32_t Size() const { return size_; }
+  Candidate& operator[](uint32_t i) { return items_[i]; }
+
+  void Add(const Side& side, int32_t caseDiff, int32_t accentDiff) {
+    if (size_ == capacity_) Grow();
+    new (&items_[size_]) Candidate(side, caseDiff, accentDiff);
+    ++size_;
+  }
+
+  // Drops the element at `i`; the later ones move down.
+  void RemoveAt(uint32_t i) {
+    for (uint32_t j = i; j + 1 < size_; ++j) items_[j] = items_[j + 1];
+    --size_;
+    items_[size_].~Candidate();
+  }
+
+  // Drops all elements from `keep` on.
+  void Truncate(uint32_t keep) {
+    while (size_ > keep) {
+      --size_;
+      items_[size_].~Candidate();
+    }
+  }
+
+  void Clear() { Truncate(0); }
+
+ private:
+  static constexpr uint32_t kInline = 8;
+
+  Candidate* Inline() { return reinterpret_cast<Candidate*>(inline_); }
+
+  void Grow() {
+    const uint32_t capacity = capacity_ * 2;
+    const size_t bytes = sizeof(Candidate) * capacity;
+    void* memory = std::malloc(bytes);
+    while (memory == nullptr) {
+      NxCallMemoryHandler(static_cast<uint32_t>(bytes));
+      memory = std::malloc(bytes);
+    }
+    Candidate* items = static_cast<Candidate*>(memory);
+    for (uint32_t i = 0; i < size_; ++i) {
+      new (&items[i]) Candidate(items_[i]);
+      items_[i].~Candidate();
+    }
+    if (items_ != Inline()) std::free(items_);
+    items_ = items;
+    capacity_ = capacity;
+  }
+
+  alignas(Candidate) unsigned char inline_[kInline * sizeof(Candidate)];
+  Candidate* items_ = Inline();
+  uint32_t size_ = 0;
+  uint32_t capacity_ = kInline;
+};
+
+// The strength compare of two texts, the second a pattern unless the
+// operator has the no-wildcards bit.
+class StrengthCompare {
+ public:
+  StrengthCompare(unsigned short cmpOp, short maxLength, bool orderText)
+      : cmpOp_(cmpOp),
+        maxLength_(maxLength),
+        limit_(static_cast<unsigned short>(maxLength)),
+        wildcards_((cmpOp & kNoWildcards) == 0),
+        orderText_(orderText) {
+    if (wildcards_) {
+      asterisk_ = NxStringIterator::AsteriskOrder();
+      question_ = NxStringIterator::QuestionOrder();
+    }
+    switch (cmpOp & (kIgnoreCase | kIgnoreAccents)) {
+      case kIgnoreCase:
+        mask_ = 0xFFFFFF9Fu;
+        break;
+      case kIgnoreAccents:
+        mask_ = 0xFFFFFFE0u;
+        break;
+      case kIgnoreCase | kIgnoreAccents:
+        mask_ = 0xFFFFFF80u;
+        break;
+      default:
+        mask_ = 0xFFFFFFFFu;
+        break;
+    }
+  }
+
+  int32_t Run(Side& a, Side& b, int* prefixResult);
+
+ private:
+  inline __attribute__((always_inline)) bool ReadOrder(Side& side, bool patternSide);
+
+  FastOrders fast_[2];  // the text, the pattern
+
+  const unsigned short cmpOp_;
+  const short maxLength_;
+  const uint32_t limit_;  // maxLength as an unsigned number
+  const bool wildcards_;
+  const bool orderText_;  // one of the texts is order text
+  unsigned short asterisk_ = 0;
+  unsigned short question_ = 0;
+  uint32_t mask_ = 0xFFFFFFFFu;
+  unsigned short trackState_ = 1;
+  bool wild_ = false;
+};
+
+// Reads the next element of one side that takes part in the comparison.
+// Spaces and symbols of the low states are ignorable: the bits 0x80 and
+// 0x200 make them invisible, otherwise they come back as the side's pending
+// element with the answer "read on".  The answer is false for an element
+// that counts (digits, letters, ideographs, unknown characters, the end)
+// and, on the pattern side, for a wildcard.
+inline bool StrengthCompare::ReadOrder(Side& side, bool patternSide) {
+  for (;;) {
+    ++side.count;
+    unsigned short order = 0;
+    if (side.count <= limit_ && !side.ended) {
+      // Order text has nothing valid behind its terminator: after the end
+      // has come back once, the place stays the end.
+      order = fast_[patternSide ? 1 : 0].Next(side.iterator, trackState_);
+      if (order == 0) side.ended = true;
+    }
+    side.order = order;
+    side.weight = NxStringIterator::WeightOf(order, side.iterator.state);
+    if (patternSide && wildcards_ && (order == asterisk_ || order == question_)) {
+      wild_ = true;
+      return false;
+    }
+    if (order >= kFirstDigit || side.iterator.state >= kUnknownState || order == 0) return false;
+    const unsigned short invisible = order >= kFirstSymbol ? kIgnoreSymbols : kIgnoreSpaces;
+    if ((cmpOp_ & invisible) != 0) continue;
+    side.pending = order;
+    return true;
+  }
+}
+
+int32_t StrengthCompare::Run(Side& a, Side& b, int* prefixResult) {
+  fast_[0].Init(a.iterator);
+  fast_[1].Init(b.iterator);
+  // A common start of the two texts decides nothing: pass it at once.  The
+  // passes over it would store 0 as prefixResult, so not where that counts.
+  if (!orderText_ && (prefixResult == nullptr || (cmpOp_ & kIgnoreSpaces) == 0) &&
+      a.iterator.language == b.iterator.language && fast_[0].SameReading(fast_[1])) {
+    const uint32_t n =
+        FastOrders::SkipCommonStart(fast_[0], a.iterator, b.iterator, limit_, asterisk_, question_);
+    a.count = n;
+    b.count = n;
+  }
+  // The pattern as it stood in front of the element behind the last star;
+  // made at the first star only.
+  alignas(Side) unsigned char restartRoom[sizeof(Side)];
+  Side* restart = nullptr;
+  CandidateList candidates;
+
+  int32_t caseDiff = 0;
+  int32_t accentDiff = 0;
+  int32_t spaceDiff = 0;
+  int32_t savedCase = 0;
+  int32_t savedAccent = 0;
+  uint32_t star = 0;  // masked weight of the element behind the star
+  bool starQuestion = false;
+  int32_t r = 0;
+
+  for (;;) {
+    // 1. Align: ignorable elements pass on both sides at their own pace;
+    // their differences count only as the last resort.
+    int32_t passSpace = 0;
+    wild_ = false;
+    bool more1 = true;
+    bool more2 = true;
+    do {
+      a.pending = 0;
+      b.pending = 0;
+      if (more1) more1 = ReadOrder(a, false);
+      if (more2) more2 = ReadOrder(b, true);
+      if (wild_ || star != 0) break;
+      if (a.pending != 0 || b.pending != 0) {
+        const int32_t d = static_cast<int32_t>(a.pending) - static_cast<int32_t>(b.pending);
+        if (d != 0) passSpace = d;
+      }
+    } while (more1 || more2);
+
+    // 2. Against order text the state of the other text stays where its
+    // first element put it.
+    if (orderText_) trackState_ = 0;
+
+    const unsigned short o1 = a.order;
+    const uint32_t w1 = a.weight;
+
+    // 3. Wildcards.
+    if (wildcards_) {
+      if (restart != nullptr && ((w1 != 0 && (w1 & mask_) == star) || (o1 != 0 && starQuestion))) {
+        // This place of the text could also begin the match of the element
+        // behind the star.
+        candidates.Add(*restart, caseDiff, accentDiff);
+      }
+      if (b.order == asterisk_) {
+        candidates.Clear();
+        savedCase = caseDiff;
+        savedAccent = accentDiff;
+        do {
+          if (restart == nullptr) {
+            restart = new (restartRoom) Side(b);
+          } else {
+            *restart = b;
+          }
+          ReadOrder(b, true);
+        } while (b.order == asterisk_);
+        if (b.order == 0) {
+          // A star at the end of the pattern matches the rest of the text.
+          if (passSpace != 0) spaceDiff = passSpace;
+          r = 0;
+          break;
+        }
+        star = b.weight & mask_;
+        starQuestion = b.order == question_;
+      }
+    }
+
+    // 4. Each candidate moves on with the text and stays while it matches.
+    if (candidates.Size() != 0) {
+      uint32_t kept = 0;
+      for (uint32_t i = 0; i < candidates.Size(); ++i) {
+        Candidate& c = candidates[i];
+        ReadOrder(c.side, true);
+        if ((c.side.weight & mask_) == (w1 & mask_) || (o1 != 0 && c.side.order == question_)) {
+          if (kept != i) candidates[kept] = c;
+          ++kept;
+        }
+      }
+      candidates.Truncate(kept);
+    }
+
+    // 5. Compare the two elements.
+    const unsigned short o2 = b.order;
+    const uint32_t w2 = b.weight;
+    if (wildcards_ && o2 == question_) {
+      r = o1 != 0 ? 0 : -1;
+    } else {
+      r = Diff(w1 & ~0x7Fu, w2 & ~0x7Fu);
+      // Case: the first difference decides, the lower-case letter first.
+      if (caseDiff == 0) caseDiff = Diff(w2 & ~0x1Fu, w1 & ~0x1Fu);
+      // Accents: the last difference decides.
+      const int32_t d = Diff(w1 & ~0x60u, w2 & ~0x60u);
+      if (d != 0) accentDiff = d;
+    }
+
+    // 6. Spaces: the last pass with a difference decides.
+    if (passSpace != 0) spaceDiff = passSpace;
+
+    // 7. Behind a star a difference at the strength in force is no result:
+    // the text moves on and the pattern starts over, at the oldest
+    // candidate or behind the star.
+    if (wildcards_ && star != 0 && o1 != 0) {
+      bool mismatch;
+      switch (cmpOp_ & (kIgnoreCase | kIgnoreAccents)) {
+        case kIgnoreCase | kIgnoreAccents:
+          mismatch = r != 0;
+          break;
+        case kIgnoreAccents:
+          mismatch = caseDiff != 0;
+          break;
+        case kIgnoreCase:
+          mismatch = accentDiff != 0;
+          break;
+        default:
+          mismatch = caseDiff != 0 || accentDiff != 0;
+          break;
+      }
+      if (mismatch) {
+        if (candidates.Size() != 0) {
+          Candidate& first = candidates[0];
+          b = first.side;
+          caseDiff = first.caseDiff;
+          accentDiff = first.accentDiff;
+          candidates.RemoveAt(0);
+        } else {
+          b = *restart;
+          caseDiff = savedCase;
+          accentDiff = savedAccent;
+        }
+        r = 0;
+      }
+    }
+
+    // 8. The primary result while both texts are within maxLength.
+    if (prefixResult != nullptr && (cmpOp_ & kIgnoreSpaces) != 0 &&
+        static_cast<int32_t>(a.count) <= maxLength_ && static_cast<int32_t>(b.count) <= maxLength_)
+      *prefixResult = r;
+
+    // 9.
+    if (r != 0 || o1 == 0) break;
+    if (o2 == 0 && star == 0) break;
+  }
+
+  if (restart != nullptr) restart->~Side();
+  if (r != 0) return r;
+  if (accentDiff != 0 && (cmpOp_ & kIgnoreAccents) == 0) return accentDiff;
+  if (caseDiff != 0 && (cmpOp_ & kIgnoreCase) == 0) return caseDiff;
+  return spaceDiff;
+}
+
+// Full weights one by one, at most `limit` elements, until a difference or
+// the end of either text.
+int32_t ExactCompare(NxStringIterator& a, NxStringIterator& b, uint32_t limit) {
+  int32_t r = 0;
+  for (uint32_t i = 0; i < limit; ++i) {
+    const unsigned short o1 = a.GetNextOrder(1);
+    const unsigned short o2 = b.GetNextOrder(1);
+    r = Diff(NxStringIterator::WeightOf(o1, a.state), NxStringIterator::WeightOf(o2, b.state));
+    if (r != 0 || o1 == 0 || o2 == 0) break;
+  }
+  return r;
+}
+
+// The strength compare of two texts that read through the compact tables
+// alone, without wildcards met in the pattern and without prefixResult:
+// the same passes as StrengthCompare with nothing but plain cursors.  An
+// element that needs more (an expansion, a contraction, a character above
+// the cached values, a wildcard) ends the attempt, and the caller runs the
+// general compare from the start.
+struct Cursor {
+  const unsigned char* at;
+  const Entry* low;
+  uint32_t count;
+  unsigned char state;
+  unsigned char home;
+  bool swap;  // 16-bit units in the other byte order than the machine's
+  bool wide;
+};
+
+inline __attribute__((always_inline)) bool SetUpCursor(Cursor& c, const char* text,
+                                                       unsigned char codeSet,
+                                                       unsigned char language,
+                                                       unsigned char format) {
+  const CodeSetCache* cache = CacheOf(codeSet, language);
+  if (cache == nullptr || cache->reading[language] == nullptr) return false;
+  c.at = reinterpret_cast<const unsigned char*>(text);
+  c.low = cache->reading[language];
+  c.count = 0;
+  c.state = c.home = cache->home[language];
+  // The byte order of the format: 8 the memory form, 2 most significant
+  // byte first, anything else least significant first.
+  const unsigned order = (format == 255 ? 1u : format) & 0x0Fu;
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+  c.swap = order != 8 && order != 2;
+#else
+  c.swap = order == 2;
+#endif
+  c.wide = codeSet > 224;
+  return true;
+}
+
+template <bool kWide>
+inline __attribute__((always_inline)) unsigned short ValueAt(const Cursor& c,
+                                                             const unsigned char* at) {
+  if (!kWide) return *at;
+  unsigned short unit;
+  std::memcpy(&unit, at, sizeof unit);
+  return c.swap ? static_cast<unsigned short>(unit << 8 | unit >> 8) : unit;
+}
+
+enum class Read { stop, readOn, giveUp };
+
+// ReadOrder on a cursor.  With kPlain there is no limit below 65535, so no
+// count is kept (a text has fewer elements), and no wildcard to look for.
+template <bool kWide, bool kPlain>
+inline __attribute__((always_inline)) Read ReadSimple(Cursor& c, uint32_t limit,
+                                                      unsigned short cmpOp, unsigned short asterisk,
+                                                      unsigned short question,
+                                                      unsigned short& order, uint32_t& weight,
+                                                      unsigned short& pending) {
+  for (;;) {
+    if (!kPlain && ++c.count > limit) {
+      order = 0;
+      weight = 0;
+      return Read::stop;
+    }
+    const unsigned short v = ValueAt<kWide>(c, c.at);
+    if (v == 0) {
+      order = 0;
+      weight = 0;
+      return Read::stop;
+    }
+    if (v >= kCachedValues) return Read::giveUp;
+    const Entry entry = c.low[v];
+    if ((entry & kSimple) == 0) return Read::giveUp;
+    const unsigned short o = static_cast<unsigned short>(entry);
+    if (!kPlain && asterisk != 0 && (o == asterisk || o == question)) return Read::giveUp;
+    c.state = EntryState(entry, c.home);
+    c.at += kWide ? 2 : 1;
+    order = o;
+    weight = EntryWeight(entry, c.state);
+    if ((entry & kStops) != 0) return Read::stop;
+    if ((cmpOp & ((entry & kSymbol) != 0 ? kIgnoreSymbols : kIgnoreSpaces)) != 0) continue;
+    pending = o;
+    return Read::readOn;
+  }
+}
+
+template <bool kWide1, bool kWide2, bool kPlain>
+inline __attribute__((always_inline)) bool SimpleCompare(Cursor& a, Cursor& b, unsigned short cmpOp,
+                                                         uint32_t limit, unsigned short asterisk,
+                                                         unsigned short question, int32_t& result) {
+  // A common start decides nothing: pass it at once.  Its elements would
+  // come alike from both texts; only the positions, the state of the last
+  // one and the counts move on.
+  if (kWide1 == kWide2 && a.low == b.low && a.home == b.home) {
+    constexpr unsigned width = kWide1 ? 2 : 1;
+    const unsigned char* p = a.at;
+    const unsigned char* q = b.at;
+    Entry last = 0;
+    for (;;) {
+      const unsigned short v = ValueAt<kWide1>(a, p);
+      if (v == 0 || v >= kCachedValues || v != ValueAt<kWide2>(b, q)) break;
+      const Entry entry = a.low[v];
+      if ((entry & kSimple) == 0) break;
+      if (!kPlain) {
+        const unsigned short o = static_cast<unsigned short>(entry);
+        if (static_cast<uint32_t>(p - a.at) / width >= limit ||
+            (asterisk != 0 && (o == asterisk || o == question)))
+          break;
+      }
+      last = entry;
+      p += width;
+      q += width;
+    }
+    if (p != a.at) {
+      const uint32_t n = static_cast<uint32_t>(p - a.at) / width;
+      a.count = b.count = n;
+      a.state = b.state = EntryState(last, a.home);
+      a.at = p;
+      b.at = q;
+    }
+  }
+
+  if (kPlain) {
+    // The most common end: the next elements are characters that count,
+    // and their primary weights differ.  The first pass would read just
+    // these two and stop with this result.
+    const unsigned short v1 = ValueAt<kWide1>(a, a.at);
+    const unsigned short v2 = ValueAt<kWide2>(b, b.at);
+    if (v1 != 0 && v2 != 0 && v1 < kCachedValues && v2 < kCachedValues) {
+      const Entry e1 = a.low[v1];
+      const Entry e2 = b.low[v2];
+      if ((e1 & e2 & (kSimple | kStops)) == (kSimple | kStops)) {
+        const int32_t r = Diff(EntryWeight(e1, EntryState(e1, a.home)) & ~0x7Fu,
+                               EntryWeight(e2, EntryState(e2, b.home)) & ~0x7Fu);
+        if (r != 0) {
+          result = r;
+          return true;
+        }
+      }
+    }
+  }
+
+  int32_t caseDiff = 0;
+  int32_t accentDiff = 0;
+  int32_t spaceDiff = 0;
+  int32_t r = 0;
+  unsigned short o1 = 0;
+  unsigned short o2 = 0;
+  uint32_t w1 = 0;
+  uint32_t w2 = 0;
+  for (;;) {
+    int32_t passSpace = 0;
+    bool more1 = true;
+    bool more2 = true;
+    do {
+      unsigned short p1 = 0;
+      unsigned short p2 = 0;
+      if (more1) {
+        const Read x = ReadSimple<kWide1, kPlain>(a, limit, cmpOp, 0, 0, o1, w1, p1);
+        if (x == Read::giveUp) return false;
+        more1 = x == Read::readOn;
+      }
+      if (more2) {
+        const Read x = ReadSimple<kWide2, kPlain>(b, limit, cmpOp, asterisk, question, o2, w2, p2);
+        if (x == Read::giveUp) return false;
+        more2 = x == Read::readOn;
+      }
+      if (p1 != 0 || p2 != 0) {
+        const int32_t d = static_cast<int32_t>(p1) - static_cast<int32_t>(p2);
+        if (d != 0) passSpace = d;
+      }
+    } while (more1 || more2);
+    r = Diff(w1 & ~0x7Fu, w2 & ~0x7Fu);
+    if (r != 0) {
+      // Without patterns a primary difference is the result; the
+      // tie-breaks of this pass would never be looked at.
+      result = r;
+      return true;
+    }
+    if (caseDiff == 0) caseDiff = Diff(w2 & ~0x1Fu, w1 & ~0x1Fu);
+    const int32_t d = Diff(w1 & ~0x60u, w2 & ~0x60u);
+    if (d != 0) accentDiff = d;
+    if (passSpace != 0) spaceDiff = passSpace;
+    if (o1 == 0 || o2 == 0) break;
+  }
+  if (r == 0) {
+    if (accentDiff != 0 && (cmpOp & kIgnoreAccents) == 0) {
+      r = accentDiff;
+    } else if (caseDiff != 0 && (cmpOp & kIgnoreCase) == 0) {
+      r = caseDiff;
+    } else {
+      r = spaceDiff;
+    }
+  }
+  result = r;
+  return true;
+}
+
+// The wildcard settings: the order of the one character, read without
+// tracking the state.
+unsigned short OrderOfChar(const NxChar& c) {
+  alignas(4) char text[4] = {0, 0, 0, 0};
+  const unsigned short value = c.Value();
+  if (c.codeSet > 224) {
+    ShortStore(text, &value, 1, 1);
+  } else {
+    text[0] = static_cast<char>(value & 0xFF);
+  }
+  NxStringIterator it(text, c.codeSet, c.language, 255);
+  return it.GetNextOrder(0);
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------------------
+// NxStrCmp.
+
+namespace {
+
+// Everything but the common case: nulls, maxLength 0, texts without a code
+// set, null pointers, exact compare, patterns, prefixResult, and texts that
+// the plain cursors can't read.
+__attribute__((noinline)) int32_t GeneralCompare(unsigned char codeSet1, unsigned char language1,
+                                                 const char* text1, unsigned char codeSet2,
+                                                 unsigned char language2, const char* text2,
+                                                 unsigned short cmpOp, short maxLength,
+                                                 unsigned char format, int* prefixResult) {
+  const bool null1 = IsNullText(codeSet1, language1);
+  const bool null2 = IsNullText(codeSet2, language2);
+  if (null1 && null2) return 0;
+  if (null1) {
+    if ((cmpOp & (kNoWildcards | kExact)) != 0) return -1;
+    // An empty text against the pattern.
+    text1 = kEmptyText;
+    language1 = 0;
+  } else if (null2) {
+    return 1;
+  }
+  if (maxLength == 0) return 0;
+
+  if (codeSet1 == 0 || codeSet2 == 0) {
+    if (codeSet1 == 0 && codeSet2 == 0) {
+      if ((cmpOp & (kNoWildcards | kExact)) != 0)
+        return PlainCompare(text1, text2,
+                            maxLength == -1 ? 0u : static_cast<unsigned short>(maxLength));
+      return ByteMatch(text1, text2, static_cast<unsigned short>(maxLength));
+    }
+    const unsigned char native = NxLanguageContext::GetNativeCodeSet();
+    if (codeSet1 == 0) codeSet1 = native;
+    if (codeSet2 == 0) codeSet2 = native;
+  }
+
+  if (text1 == nullptr) text1 = kEmptyText;
+  if (text2 == nullptr) text2 = kEmptyText;
+  if ((cmpOp & kExact) != 0) {
+    NxStringIterator it1(text1, codeSet1, language1, format);
+    NxStringIterator it2(text2, codeSet2, language2, format);
+    return ExactCompare(it1, it2, static_cast<unsigned short>(maxLength));
+  }
+  if (prefixResult == nullptr || (cmpOp & kIgnoreSpaces) == 0) {
+    Cursor ca;
+    Cursor cb;
+    if (SetUpCursor(ca, text1, codeSet1, language1, format) &&
+        SetUpCursor(cb, text2, codeSet2, language2, format)) {
+      const bool wildcards = (cmpOp & kNoWildcards) == 0;
+      const uint32_t limit = static_cast<unsigned short>(maxLength);
+      const unsigned short asterisk = wildcards ? NxStringIterator::AsteriskOrder() : 0;
+      const unsigned short question = wildcards ? NxStringIterator::QuestionOrder() : 0;
+      int32_t result = 0;
+      const bool done = ca.wide ? (cb.wide ? SimpleCompare<true, true, false>(
+                                                 ca, cb, cmpOp, limit, asterisk, question, result)
+                                           : SimpleCompare<true, false, false>(
+                                                 ca, cb, cmpOp, limit, asterisk, question, result))
+                                : (cb.wide ? SimpleCompare<false, true, false>(
+                                                 ca, cb, cmpOp, limit, asterisk, question, result)
+                                           : SimpleCompare<false, false, false>(
+                                                 ca, cb, cmpOp, limit, asterisk, question, result));
+      if (done) return result;
+    }
+  }
+  Side a(text1, codeSet1, language1, format);
+  Side b(text2, codeSet2, language2, format);
+  StrengthCompare compare(cmpOp, maxLength, codeSet1 == kOrderText || codeSet2 == kOrderText);
+  return compare.Run(a, b, prefixResult);
+}
+
+}  // namespace
+
+// The common case first: two texts of code sets with cached orders, no
+// wildcards, no limit, no prefixResult.  Everything else, and whatever the
+// plain cursors give up on, goes the general way.
+int32_t NxStrCmp(unsigned char codeSet1, unsigned char language1, const char* text1,
+                 unsigned char codeSet2, unsigned char language2, const char* text2,
+                 unsigned short cmpOp, short maxLength, unsigned char format, int* prefixResult) {
+  if ((cmpOp & (kNoWildcards | kExact)) == kNoWildcards && maxLength == -1 && text1 != nullptr &&
+      text2 != nullptr && (prefixResult == nullptr || (cmpOp & kIgnoreSpaces) == 0) &&
+      language1 != 254 && language2 != 254) {
+    // Code sets 0 and 254 have no cache, so neither text is null here.
+    Cursor ca;
+    Cursor cb;
+    bool ready = SetUpCursor(ca, text1, codeSet1, language1, format);
+    if (ready) {
+      if (codeSet2 == codeSet1 && language2 == language1) {
+        cb = ca;
+        cb.at = reinterpret_cast<const unsigned char*>(text2);
+      } else {
+        ready = SetUpCursor(cb, text2, codeSet2, language2, format);
+      }
+    }
+    if (ready) {
+      int32_t result = 0;
+      const bool done =
+          ca.wide
+              ? (cb.wide ? SimpleCompare<true, true, true>(ca, cb, cmpOp, 65535, 0, 0, result)
+                         : SimpleCompare<true, false, true>(ca, cb, cmpOp, 65535, 0, 0, result))
+              : (cb.wide ? SimpleCompare<false, true, true>(ca, cb, cmpOp, 65535, 0, 0, result)
+                         : SimpleCompare<false, false, true>(ca, cb, cmpOp, 65535, 0, 0, result));
+      if (done) return result;
+    }
+  }
+  return GeneralCompare(codeSet1, language1, text1, codeSet2, language2, text2, cmpOp, maxLength,
+                        format, prefixResult);
+}
+
+// ---------------------------------------------------------------------------
+// Comparison members of NxString.
+
+int32_t NxString::Compare(const NxString& other, short maxLength, unsigned short cmpOp) const {
+  if (cmpOp == 65535) cmpOp = GetDefaultCmpOp();
+  return NxStrCmp(codeSet, language, data, other.codeSet, other.language, other.data, cmpOp,
+                  maxLength, 1, nullptr);
+}
+
+unsigned short NxString::operator==(const NxString& other) const {
+  if (this == &other) return 1;
+  return Compare(other, -1, 65535) == 0 ? 1 : 0;
+}
+
+int NxString::operator!=(const NxString& other) const {
+  return static_cast<int>(Compare(other, -1, 65535));
+}
+
+unsigned short NxString::operator<(const NxString& other) const {
+  return Compare(other, -1, 65535) < 0 ? 1 : 0;
+}
+
+unsigned short NxString::operator>(const NxString& other) const {
+  return Compare(other, -1, 65535) > 0 ? 1 : 0;
+}
+
+unsigned short NxString::operator<=(const NxString& other) const {
+  return Compare(other, -1, 65535) <= 0 ? 1 : 0;
+}
+
+unsigned short NxString::operator>=(const NxString& other) const {
+  return Compare(other, -1, 65535) >= 0 ? 1 : 0;
+}
+
+unsigned short NxString::EqualsIgnoreLanguage(const NxString& other) const {
+  const unsigned char common = language == other.language ? language : 0;
+  return NxStrCmp(codeSet, common, data, other.codeSet, common, other.data, kExact, -1, 1,
+                  nullptr) == 0
+             ? 1
+             : 0;
+}
+
+int NxString::SetAsterisk(const NxChar& c) {
+  NxStringIterator::SetAsteriskOrder(OrderOfChar(c));
+  return 0;
+}
+
+int NxString::SetQuestion(const NxChar& c) {
+  NxStringIterator::SetQuestionOrder(OrderOfChar(c));
+  return 0;
+}
+
+int NxString::SetEscape(const NxChar& c) {
+  NxStringIterator::SetEscapeOrder(OrderOfChar(c));
+  return 0;
+}
+
+// ---------------------------------------------------------------------------
+// Hashes.  32-bit arithmetic; overflow is dropped.
+
+uint32_t HashString(unsigned char codeSet, unsigned char language, char* text, short maxChars,
+                    unsigned char format) {
+  if (IsNullText(codeSet, language)) return 0xFEFE7575u;
+  if (maxChars == 0 || maxChars < -1) return 0;
+  const char* at = text != nullptr ? text : kEmptyText;
+  // A positive maxChars is a number of elements, also for a text that is
+  // cut without a terminator; past the end of a terminated text the
+  // remaining elements count as 0, and nothing behind the terminator is read.
+  const uint32_t rounds = maxChars > 0 ? static_cast<uint32_t>(maxChars) : 0xFFFFFFFFu;
+  uint32_t h = 0;
+  if (codeSet == 0) {
+    for (uint32_t i = 0; i < rounds; ++i) {
+      const unsigned char byte = static_cast<unsigned char>(*at);
+      if (byte == 0 && maxChars < 0) break;
+      h = h * 9 + byte;
+      if (byte != 0) ++at;
+    }
+    return h;
+  }
+  NxStringIterator it(at, codeSet, language, format);
+  bool ended = false;
+  for (uint32_t i = 0; i < rounds; ++i) {
+    uint32_t weight = 0;
+    if (!ended) {
+      const unsigned short order = it.GetNextOrder(1);
+      if (order == 0) {
+        if (maxChars < 0) break;
+        ended = true;
+      } else {
+        weight = NxStringIterator::WeightOf(order, it.state);
+      }
+    }
+    h = h * 9 + weight;
+  }
+  return h;
+}
+
+namespace {
+
+template <unsigned kMask>
+uint32_t PlainHash(const NxString& text) {
+  uint32_t h = 0;
+  const char* at = text.StrGet();
+  if (text.codeSet == 253) {
+    for (;; at += 2) {
+      unsigned short unit;
+      std::memcpy(&unit, at, sizeof unit);
+      if (unit == 0) break;
+      h = h * 9 + (unit & kMask);
+    }
+  } else {
+    for (; *at != 0; ++at) {
+      const int32_t byte = static_cast<signed char>(*at);
+      h = h * 9 + (static_cast<uint32_t>(byte) & kMask);
+    }
+  }
+  return h;
+}
+
+}  // namespace
+
+uint32_t HashNxString(const NxString& text) {
+  return PlainHash<0xFFFFFFFFu>(text);
+}
+
+uint32_t HashNxString7(const NxString& text) {
+  return PlainHash<0x7Fu>(text);
+}
+
+// ---------------------------------------------------------------------------
+// Helpers of the string key rows.
+
+unsigned short FindWildcard(unsigned char codeSet, unsigned char language, const char* text,
+                            unsigned short noQuestion, unsigned short limit,
+                            unsigned short* byteOffset, unsigned char format) {
+  if (byteOffset != nullptr) *byteOffset = 65535;
+  if (text == nullptr) return 65535;
+  if (codeSet == 0) {
+    for (unsigned short i = 0; i < limit && text[i] != 0; ++i) {
+      if (text[i] == '*' || (noQuestion == 0 && text[i] == '?')) {
+        if (byteOffset != nullptr) *byteOffset = i;
+        return i;
+      }
+    }
+    return 65535;
+  }
+  const unsigned short asterisk = NxStringIterator::AsteriskOrder();
+  const unsigned short question = NxStringIterator::QuestionOrder();
+  NxStringIterator it(text, codeSet, language, format);
+  for (unsigned short i = 0; i < limit; ++i) {
+    const unsigned char* before = it.position;
+    const unsigned short order = it.GetNextOrder(1);
+    if (order == 0) break;
+    if (order == asterisk || (noQuestion == 0 && order == question)) {
+      if (byteOffset != nullptr)
+        *byteOffset =
+            static_cast<unsigned short>(before - reinterpret_cast<const unsigned char*>(text));
+      return i;
+    }
+  }
+  return 65535;
+}
+
+double PositionValue(NxStringIterator& text, unsigned short length) {
+  if (text.codeSet == 0) {
+    // Four bytes as a base-128 number, the first most significant.
+    double value = 0;
+    unsigned short taken = 0;
+    for (int i = 0; i < 4; ++i) {
+      unsigned byte = 0;
+      if (text.position != nullptr && taken < length && *text.position != 0) {
+        byte = *text.position;
+        if (byte > 127) byte = 127;
+        ++text.position;
+        ++taken;
+      }
+      value = value * 128 + byte;
+    }
+    return value;
+  }
+  const uint32_t s = text.state & 0x7Fu;
+  uint32_t k[3] = {0, 0, 0};
+  if (text.position != nullptr) {
+    int kept = 0;
+    for (unsigned short i = 0; i < length && kept < 3; ++i) {
+      const unsigned short order = text.GetNextOrder(1);
+      if (order == 0) break;
+      // Digits, letters and ideographs count; spaces and symbols only use
+      // up the length.
+      if (order >= kFirstDigit)
+        k[kept++] = (NxStringIterator::WeightOf(order, text.state) >> 8) & 0xFFFFu;
+    }
+  }
+  return (static_cast<double>(s) * 65536.0 + k[0]) * 4294967296.0 +
+         static_cast<double>(k[1]) * 65536.0 + k[2];
 }
