@@ -239,18 +239,27 @@ unsigned short NxChar::IsHan() const {
 // ---------------------------------------------------------------------------
 // NxChar: case and code set.
 
+namespace {
+
+// The case properties of a character.  An 8-bit character is widened with
+// its sign; the code set looks only at its low byte.
+const NxUnicodeProps* CaseProps(const NxChar& c) {
+  const unsigned short v = c.codeSet <= 224
+                               ? static_cast<unsigned short>(static_cast<signed char>(c.Value()))
+                               : c.Value();
+  const NxCodeSet* object = NxLanguageContext::QueryCodeSet(c.codeSet);
+  Check(object != nullptr, "code set exists", __LINE__);
+  return object != nullptr ? object->GetUnicodeProps(v, c.language) : nullptr;
+}
+
+}  // namespace
+
 NxChar NxChar::ToUpper(NxStringIterator* overflow) const {
   if (codeSet == kNoCodeSet) {
     const signed char byte = static_cast<signed char>(Value());
     return NxChar(static_cast<char>(std::toupper(byte)), kNoCodeSet, language);
   }
-  // An 8-bit character is widened with its sign; the code set looks only at
-  // its low byte.
-  const unsigned short v =
-      codeSet <= 224 ? static_cast<unsigned short>(static_cast<signed char>(Value())) : Value();
-  const NxCodeSet* object = NxLanguageContext::QueryCodeSet(codeSet);
-  Check(object != nullptr, "code set exists", __LINE__);
-  const NxUnicodeProps* props = object != nullptr ? object->GetUnicodeProps(v, language) : nullptr;
+  const NxUnicodeProps* props = CaseProps(*this);
   if (props != nullptr && props->upper != 0) {
     const NxChar result = NxChar(props->upper, kUnicode, language).MapTo(codeSet);
     if (props->upperOverflow.count > 0 && overflow != nullptr)
@@ -265,11 +274,7 @@ NxChar NxChar::ToLower(NxStringIterator*) const {
     const signed char byte = static_cast<signed char>(Value());
     return NxChar(static_cast<char>(std::tolower(byte)), kNoCodeSet, language);
   }
-  const unsigned short v =
-      codeSet <= 224 ? static_cast<unsigned short>(static_cast<signed char>(Value())) : Value();
-  const NxCodeSet* object = NxLanguageContext::QueryCodeSet(codeSet);
-  Check(object != nullptr, "code set exists", __LINE__);
-  const NxUnicodeProps* props = object != nullptr ? object->GetUnicodeProps(v, language) : nullptr;
+  const NxUnicodeProps* props = CaseProps(*this);
   if (props != nullptr && props->lower != 0)
     return NxChar(props->lower, kUnicode, language).MapTo(codeSet);
   return NxChar(*this);
