@@ -426,33 +426,22 @@ NxStringIterator::NxStringIterator()
       format(1),
       ownsBuffer(0) {}
 
+// The two text constructors differ only in the code set that 255 stands for.
 NxStringIterator::NxStringIterator(const char* text, unsigned char codeSet_,
                                    unsigned char language_, unsigned char format_)
-    : position(reinterpret_cast<unsigned char*>(const_cast<char*>(text))),
-      codeSet(codeSet_ == kDefault ? NxLanguageContext::GetDefault8CodeSet() : codeSet_),
-      language(LanguageOrDefault(language_)),
-      state(0),
-      overflow(nullptr),
-      overflowIndex(0),
-      overflowCodeSet(0),
-      format(format_ == kDefault ? 1 : format_),
-      ownsBuffer(0) {
+    : NxStringIterator() {
+  position = reinterpret_cast<unsigned char*>(const_cast<char*>(text));
+  codeSet = codeSet_ == kDefault ? NxLanguageContext::GetDefault8CodeSet() : codeSet_;
+  language = LanguageOrDefault(language_);
+  format = format_ == kDefault ? 1 : format_;
   state = InitialStateOf(codeSet, language);
 }
 
 NxStringIterator::NxStringIterator(unsigned short* text, unsigned char codeSet_,
                                    unsigned char language_, unsigned char format_)
-    : position(reinterpret_cast<unsigned char*>(text)),
-      codeSet(codeSet_ == kDefault ? NxLanguageContext::GetDefault16CodeSet() : codeSet_),
-      language(LanguageOrDefault(language_)),
-      state(0),
-      overflow(nullptr),
-      overflowIndex(0),
-      overflowCodeSet(0),
-      format(format_ == kDefault ? 1 : format_),
-      ownsBuffer(0) {
-  state = InitialStateOf(codeSet, language);
-}
+    : NxStringIterator(reinterpret_cast<const char*>(text),
+                       codeSet_ == kDefault ? NxLanguageContext::GetDefault16CodeSet() : codeSet_,
+                       language_, format_) {}
 
 NxStringIterator::NxStringIterator(NxChar& c)
     : position(nullptr),

@@ -313,11 +313,8 @@ int NxString::IsNullValue() const {
 }
 
 int NxString::SetNullValue() {
-  std::free(data);
-  data = nullptr;
-  size = 0;
-  codeSet = 0;
-  language = 254;
+  Destroy();
+  language = 254;  // with code set 0: the null value
   return 0;
 }
 
