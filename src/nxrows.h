@@ -59,6 +59,80 @@ void* ByteScan(void* value, NxString& text, const char* format, uint32_t count);
 // `count` empty strings.
 void* DefaultFromEmptyStrings(NxConvertFromFunc convertFrom, uint32_t count);
 
+// The functions of the row `illegal`: they do nothing and say nothing, and
+// none of them writes to an argument.  Rows hold them in every slot that
+// their family does not fill.
+void* IllegalCreate(uint32_t);
+void* IllegalDelete(void*, uint32_t);
+uint32_t IllegalStore(void*, const void*, unsigned char, uint32_t);
+uint32_t IllegalLoad(void*, const void*, unsigned char, uint32_t);
+uint32_t IllegalNullSizeGet(uint32_t);
+uint32_t IllegalSizeGet(const void*, unsigned char, unsigned char, uint32_t);
+uint32_t IllegalSizeGetFromMemFile(MemFile*, unsigned char, uint32_t);
+int32_t IllegalCompare(unsigned char, uint32_t, void*, uint32_t, void*, unsigned short, uint32_t,
+                       int&);
+float IllegalEvalAndBound(NxIdxBounds*, unsigned short&, void*, unsigned char, uint32_t,
+                          NxIdxBounds*);
+uint32_t IllegalHash(unsigned char, uint32_t, void*, uint32_t, int&);
+NxTypeConvertData* IllegalConvertTo(void*, uint32_t);
+void* IllegalConvertFrom(NxTypeConvertData*, uint32_t);
+void IllegalConstructor(void*, uint32_t, uint32_t);
+void IllegalDestructor(void*, uint32_t, uint32_t);
+void IllegalAssignment(void*, void*, uint32_t, int);
+void IllegalCopy(void*, void*, uint32_t, int);
+uint32_t IllegalTranslate(void*, unsigned char, uint32_t, void*, unsigned char, uint32_t, uint32_t);
+int IllegalIsNull(void*);
+NxString& IllegalPrintToString(NxString& result, void*, const char*, uint32_t);
+void* IllegalScanFromString(void*, NxString&, const char*, uint32_t);
+void* IllegalDefaultValue(uint32_t, int);
+
+// A row whose slots all hold the functions of `illegal`, with the given
+// properties.  The families fill their slots in as they are built.
+constexpr NxTypeDesc IllegalLike(const char* name, unsigned short memLen, unsigned short isFixed,
+                                 const char* format) {
+  return NxTypeDesc{name,
+                    IllegalCreate,
+                    IllegalDelete,
+                    IllegalStore,
+                    IllegalLoad,
+                    IllegalNullSizeGet,
+                    IllegalSizeGet,
+                    IllegalSizeGetFromMemFile,
+                    IllegalCompare,
+                    IllegalEvalAndBound,
+                    IllegalHash,
+                    IllegalConvertTo,
+                    IllegalConvertFrom,
+                    IllegalConstructor,
+                    IllegalDestructor,
+                    IllegalAssignment,
+                    IllegalCopy,
+                    IllegalTranslate,
+                    IllegalIsNull,
+                    nullptr,
+                    format,
+                    IllegalPrintToString,
+                    IllegalScanFromString,
+                    memLen,
+                    isFixed,
+                    IllegalDefaultValue};
+}
+
+// Memory lengths of the rows whose record holds a pointer: the size of the
+// record on this machine.
+struct PointerAndSizeRecord {
+  void* data;
+  uint16_t size;
+  uint8_t codeSet;
+  uint8_t language;
+};
+constexpr unsigned short kStringMemLen = sizeof(PointerAndSizeRecord);
+constexpr unsigned short kBlobMemLen = sizeof(void*);
+
+// The rows.  One record per type in the process, shared by both tables and
+// by every manager; the Exchange operations of NxTypeMgr write into them.
+// Each family's source file defines its rows with constant initializers, so
+// they are complete before any code of the library runs.
 extern NxTypeDesc charRow, shortRow, longRow, doubleRow, floatRow, wordRow, dwordRow, intRow,
     unsignedRow, enumRow, byteRow, stringRow, dateRow, timeRow, blockIdRow, objIdRow, classIdRow,
     refRow, blobRow, dateTimeRow, iStringRow, caseIStringRow, dDateRow, dTimeRow, dTimestampRow,

@@ -17,100 +17,6 @@
 namespace {
 
 // ---------------------------------------------------------------------------
-// The row `illegal`: does nothing and says nothing.  None of its functions
-// writes to an argument.
-void* IllegalCreate(uint32_t) {
-  return nullptr;
-}
-void* IllegalDelete(void*, uint32_t) {
-  return nullptr;
-}
-uint32_t IllegalStore(void*, const void*, unsigned char, uint32_t) {
-  return 0;
-}
-uint32_t IllegalLoad(void*, const void*, unsigned char, uint32_t) {
-  return 0;
-}
-uint32_t IllegalNullSizeGet(uint32_t) {
-  return 0;
-}
-uint32_t IllegalSizeGet(const void*, unsigned char, unsigned char, uint32_t) {
-  return 0;
-}
-uint32_t IllegalSizeGetFromMemFile(MemFile*, unsigned char, uint32_t) {
-  return 0;
-}
-int32_t IllegalCompare(unsigned char, uint32_t, void*, uint32_t, void*, unsigned short, uint32_t,
-                       int&) {
-  return 0;
-}
-float IllegalEvalAndBound(NxIdxBounds*, unsigned short&, void*, unsigned char, uint32_t,
-                          NxIdxBounds*) {
-  return 0.0f;
-}
-uint32_t IllegalHash(unsigned char, uint32_t, void*, uint32_t, int&) {
-  return 0;
-}
-NxTypeConvertData* IllegalConvertTo(void*, uint32_t) {
-  return nullptr;
-}
-void* IllegalConvertFrom(NxTypeConvertData*, uint32_t) {
-  return nullptr;
-}
-void IllegalConstructor(void*, uint32_t, uint32_t) {}
-void IllegalDestructor(void*, uint32_t, uint32_t) {}
-void IllegalAssignment(void*, void*, uint32_t, int) {}
-void IllegalCopy(void*, void*, uint32_t, int) {}
-uint32_t IllegalTranslate(void*, unsigned char, uint32_t, void*, unsigned char, uint32_t,
-                          uint32_t) {
-  return 0;
-}
-int IllegalIsNull(void*) {
-  return 0;
-}
-NxString& IllegalPrintToString(NxString& result, void*, const char*, uint32_t) {
-  return result;
-}
-void* IllegalScanFromString(void*, NxString&, const char*, uint32_t) {
-  return nullptr;
-}
-void* IllegalDefaultValue(uint32_t, int) {
-  return nullptr;
-}
-
-// A row whose slots all hold the functions of `illegal`, with the given
-// properties.  The families fill their slots in as they are built.
-constexpr NxTypeDesc IllegalLike(const char* name, unsigned short memLen, unsigned short isFixed,
-                                 const char* format) {
-  return NxTypeDesc{name,
-                    IllegalCreate,
-                    IllegalDelete,
-                    IllegalStore,
-                    IllegalLoad,
-                    IllegalNullSizeGet,
-                    IllegalSizeGet,
-                    IllegalSizeGetFromMemFile,
-                    IllegalCompare,
-                    IllegalEvalAndBound,
-                    IllegalHash,
-                    IllegalConvertTo,
-                    IllegalConvertFrom,
-                    IllegalConstructor,
-                    IllegalDestructor,
-                    IllegalAssignment,
-                    IllegalCopy,
-                    IllegalTranslate,
-                    IllegalIsNull,
-                    nullptr,
-                    format,
-                    IllegalPrintToString,
-                    IllegalScanFromString,
-                    memLen,
-                    isFixed,
-                    IllegalDefaultValue};
-}
-
-// ---------------------------------------------------------------------------
 // The six function sets of the plain scalars.  W is the memory width.
 
 template <uint32_t W, bool Zero>
@@ -187,6 +93,72 @@ uint32_t DoubleSizeGetFromMemFile(MemFile*, unsigned char format, uint32_t count
 }
 
 }  // namespace
+
+namespace nxrows {
+
+// ---------------------------------------------------------------------------
+// The row `illegal`: does nothing and says nothing.  None of its functions
+// writes to an argument.
+void* IllegalCreate(uint32_t) {
+  return nullptr;
+}
+void* IllegalDelete(void*, uint32_t) {
+  return nullptr;
+}
+uint32_t IllegalStore(void*, const void*, unsigned char, uint32_t) {
+  return 0;
+}
+uint32_t IllegalLoad(void*, const void*, unsigned char, uint32_t) {
+  return 0;
+}
+uint32_t IllegalNullSizeGet(uint32_t) {
+  return 0;
+}
+uint32_t IllegalSizeGet(const void*, unsigned char, unsigned char, uint32_t) {
+  return 0;
+}
+uint32_t IllegalSizeGetFromMemFile(MemFile*, unsigned char, uint32_t) {
+  return 0;
+}
+int32_t IllegalCompare(unsigned char, uint32_t, void*, uint32_t, void*, unsigned short, uint32_t,
+                       int&) {
+  return 0;
+}
+float IllegalEvalAndBound(NxIdxBounds*, unsigned short&, void*, unsigned char, uint32_t,
+                          NxIdxBounds*) {
+  return 0.0f;
+}
+uint32_t IllegalHash(unsigned char, uint32_t, void*, uint32_t, int&) {
+  return 0;
+}
+NxTypeConvertData* IllegalConvertTo(void*, uint32_t) {
+  return nullptr;
+}
+void* IllegalConvertFrom(NxTypeConvertData*, uint32_t) {
+  return nullptr;
+}
+void IllegalConstructor(void*, uint32_t, uint32_t) {}
+void IllegalDestructor(void*, uint32_t, uint32_t) {}
+void IllegalAssignment(void*, void*, uint32_t, int) {}
+void IllegalCopy(void*, void*, uint32_t, int) {}
+uint32_t IllegalTranslate(void*, unsigned char, uint32_t, void*, unsigned char, uint32_t,
+                          uint32_t) {
+  return 0;
+}
+int IllegalIsNull(void*) {
+  return 0;
+}
+NxString& IllegalPrintToString(NxString& result, void*, const char*, uint32_t) {
+  return result;
+}
+void* IllegalScanFromString(void*, NxString&, const char*, uint32_t) {
+  return nullptr;
+}
+void* IllegalDefaultValue(uint32_t, int) {
+  return nullptr;
+}
+
+}  // namespace nxrows
 
 // ---------------------------------------------------------------------------
 // Formatted text of the plain scalars.  A row format is a printf or scanf
@@ -1089,7 +1061,7 @@ constexpr ScalarSet kDoubleSet{ScalarCreate<8, false>,
 
 constexpr NxTypeDesc ScalarRow(const char* name, unsigned short memLen, const char* format,
                                const ScalarSet& set, NxTypeCmpFunc compare) {
-  NxTypeDesc row = IllegalLike(name, memLen, 1, format);
+  NxTypeDesc row = nxrows::IllegalLike(name, memLen, 1, format);
   row.Create = set.create;
   row.Delete = ScalarDelete;
   row.Store = set.store;
@@ -1112,21 +1084,11 @@ constexpr NxTypeDesc ScalarRow(const char* name, unsigned short memLen, const ch
   return row;
 }
 
-// Memory lengths of the rows whose record holds a pointer: the size of the
-// record on this machine.
-struct PointerAndSizeRecord {
-  void* data;
-  uint16_t size;
-  uint8_t codeSet;
-  uint8_t language;
-};
-constexpr unsigned short kStringMemLen = sizeof(PointerAndSizeRecord);
-static_assert(sizeof(NxString) == kStringMemLen, "the string row steps by the record");
-constexpr unsigned short kBlobMemLen = sizeof(void*);
+static_assert(sizeof(NxString) == nxrows::kStringMemLen, "the string row steps by the record");
 
 // The memory side of the string rows.  The old string row has no null.
 constexpr NxTypeDesc StringRow(bool withNull) {
-  NxTypeDesc row = IllegalLike("NxString", kStringMemLen, 0, "%s");
+  NxTypeDesc row = nxrows::IllegalLike("NxString", nxrows::kStringMemLen, 0, "%s");
   row.Create = nxrows::StringCreate;
   row.Delete = nxrows::StringDelete;
   row.NullSizeGet = nxrows::StringNullSizeGet;
@@ -1144,7 +1106,7 @@ constexpr NxTypeDesc StringRow(bool withNull) {
 
 // d_Interval shares the sizes, comparison and translation of the float row.
 constexpr NxTypeDesc IntervalRow() {
-  NxTypeDesc row = IllegalLike("d_Interval", 4, 1, "%e days, %I hours, %M minutes, %S seconds");
+  NxTypeDesc row = nxrows::IllegalLike("d_Interval", 4, 1, "%e days, %I hours, %M minutes, %S seconds");
   row.NullSizeGet = kFloatSet.nullSizeGet;
   row.SizeGet = kFloatSet.sizeGet;
   row.SizeGetFromMemFile = kFloatSet.sizeGetFromMemFile;
@@ -1170,8 +1132,8 @@ uint32_t DiskToDiskCopy(void* destination, uint32_t destinationSize, const void*
   return bytes;
 }
 
-// The rows.  One record per type in the process, shared by both tables and
-// by every manager; the Exchange operations of NxTypeMgr write into them.
+// The rows of the plain scalars and the strings; the other families define
+// theirs in their own source files.
 NxTypeDesc charRow = ScalarRow("char", 1, "%c", kByteSet, CharCompare);
 NxTypeDesc shortRow = ScalarRow("short", 2, "%hd", kShortSet, ShortCompare);
 NxTypeDesc longRow = ScalarRow("long", 4, "%ld", kLongSet, LongCompare);
@@ -1184,22 +1146,11 @@ NxTypeDesc unsignedRow = ScalarRow("unsigned", 4, "%u", kUnsignedSet, UnsignedCo
 NxTypeDesc enumRow = ScalarRow("enum", 4, "%d", kIntSet, IntCompare);
 NxTypeDesc byteRow = ScalarRow("NxByte", 1, "%c", kByteSet, ByteCompare);
 NxTypeDesc stringRow = StringRow(true);
-NxTypeDesc dateRow = IllegalLike("NxDate", 4, 1, "%a %e.%b %Y");
-NxTypeDesc timeRow = IllegalLike("NxTime", 3, 1, "%I:%M:%S %p");
 NxTypeDesc blockIdRow = ScalarRow("BlockId", 4, "#%lu", kLongSet, DwordCompare);
-NxTypeDesc objIdRow = IllegalLike("NxObjId", 12, 1, "(%H-%L#%B)");
-NxTypeDesc classIdRow = IllegalLike("NxClassId", 4, 1, "(%Cv%V)");
-NxTypeDesc refRow = IllegalLike("NxRef", 20, 1, "(%D:%H-%L#%B, %C)");
-NxTypeDesc blobRow = IllegalLike("NxBlob", kBlobMemLen, 0, "[BLOB,len=%L]");
-NxTypeDesc dateTimeRow = IllegalLike("NxDateTime", 8, 1, "%a %e.%b %Y %I:%M:%S %p");
-NxTypeDesc iStringRow = IllegalLike("NxIString", kStringMemLen, 0, "%s");
-NxTypeDesc caseIStringRow = IllegalLike("NxCaseIString", kStringMemLen, 0, "%s");
-NxTypeDesc dDateRow = IllegalLike("d_Date", 4, 1, "%a %b %e");
-NxTypeDesc dTimeRow = IllegalLike("d_Time", 6, 1, "%I:%M:%S %p");
-NxTypeDesc dTimestampRow = IllegalLike("d_Timestamp", 10, 1, "%a %b %e %I:%M:%S %p");
 NxTypeDesc dIntervalRow = IntervalRow();
-NxTypeDesc int64Row = IllegalLike("NxInt64", 8, 1, "%S");
-NxTypeDesc booleanRow = IllegalLike("NxBoolean", 1, 1, "noop");
+
+// ---------------------------------------------------------------------------
+// Null-capable scalars.
 NxTypeDesc nullCharRow = IllegalLike("NxNull_char", 2, 1, "%c");
 NxTypeDesc nullUcharRow = IllegalLike("NxNull_uchar", 2, 1, "%c");
 NxTypeDesc nullShortRow = IllegalLike("NxNull_short", 4, 1, "%hd");
@@ -1211,7 +1162,6 @@ NxTypeDesc nullUlongRow = IllegalLike("NxNull_ulong", 8, 1, "%lu");
 NxTypeDesc nullFloatRow = IllegalLike("NxNull_float", 8, 1, "%f");
 NxTypeDesc nullDoubleRow = IllegalLike("NxNull_double", 16, 1, "%lf");
 NxTypeDesc nullInt64Row = IllegalLike("NxNull_NxInt64", 12, 1, "%S");
-NxTypeDesc sealRow = IllegalLike("NxSeal", 6, 1, "noop");
 NxTypeDesc illegalRow = IllegalLike("illegal", 0, 1, "illegal");
 
 // The string row of the older disk form: the properties of row 11, no null.
