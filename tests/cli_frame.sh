@@ -1,29 +1,7 @@
 #!/usr/bin/env bash
-# The nxtm program as a user sees it: outputs, errors and exit statuses.
-set -u
-nxtm=${NXTM:?NXTM must name the program}
-failures=0
-
-check() {  # check NAME EXPECTED-STATUS EXPECTED-STDOUT-SUBSTRING -- COMMAND...
-  local name=$1 status=$2 want=$3
-  shift 4
-  local out err rc
-  out=$("$@" 2>/tmp/nxtm_cli_err.$$)
-  rc=$?
-  err=$(cat /tmp/nxtm_cli_err.$$)
-  if [[ $rc -ne $status ]]; then
-    echo "FAIL $name: status $rc, wanted $status (stderr: $err)"
-    failures=$((failures + 1))
-  elif [[ -n $want && $out != *"$want"* && $err != *"$want"* ]]; then
-    echo "FAIL $name: output lacks '$want': $out $err"
-    failures=$((failures + 1))
-  elif [[ $status -eq 2 && $(printf '%s\n' "$err" | wc -l) -ne 1 ]]; then
-    echo "FAIL $name: an error must be one line on stderr: $err"
-    failures=$((failures + 1))
-  else
-    echo "ok   $name"
-  fi
-}
+# The nxtm program as a user sees it: the type table, plain scalars, text
+# forms and collation.
+source "$(dirname "$0")/cli_lib.sh"
 
 check default-job 0 "NxNull_NxInt64" -- "$nxtm"
 check types 0 " 40  illegal" -- "$nxtm" types
@@ -41,7 +19,7 @@ check load-word-msb 0 "65534" -- "$nxtm" load NxWord fffe --format 2
 check load-float 0 "1.5" -- "$nxtm" load float 0000c03f
 check unknown-command 2 "unknown command" -- "$nxtm" frobnicate
 check unknown-type 2 "unknown type" -- "$nxtm" store nosuchtype 1
-check not-scalar 2 "not a plain scalar" -- "$nxtm" store NxString x
+check no-disk-form 2 "no disk form" -- "$nxtm" store NxSeal 1
 check bad-value 2 "bad short value" -- "$nxtm" store short 70000
 check bad-format 2 "bad format" -- "$nxtm" store long 1 --format 3
 check bad-hex 2 "hex digit" -- "$nxtm" load long zz000000
@@ -72,8 +50,4 @@ check compare-bad-utf8 2 "UTF-8" -- "$nxtm" compare $'\xff' a
 [[ $(printf 'b\na\nc\n' | "$nxtm" sort | tr '\n' ' ') == "a b c " ]] || { echo "FAIL sort"; failures=$((failures + 1)); }
 [[ $(printf 'Alpha\nbeta\nAlps\n' | "$nxtm" match 'alp*' --ignore-case | wc -l) -eq 2 ]] || { echo "FAIL match"; failures=$((failures + 1)); }
 
-rm -f /tmp/nxtm_cli_err.$$
-if [[ $failures -ne 0 ]]; then
-  echo "$failures failed"
-  exit 1
-fi
+finish
