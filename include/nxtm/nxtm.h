@@ -13,5 +13,19 @@
 #include <nxtm/nxchar.h>
 #include <nxtm/nxstriter.h>
 #include <nxtm/nxstring.h>
+#include <nxtm/nxint64.h>
+#include <nxtm/nxboolean.h>
+#include <nxtm/nxnull.h>
+#include <nxtm/nxdate.h>
+#include <nxtm/nxdatetime.h>
+#include <nxtm/nxdclasses.h>
+#include <nxtm/nxobjid.h>
+#include <nxtm/nxseal.h>
+#include <nxtm/nxblob.h>
+#include <nxtm/nxistring.h>
+#include <nxtm/nxorder.h>
+#include <nxtm/nxmbs.h>
+#include <nxtm/nxtypevl.h>
+#include <nxtm/nxtyphash.h>
 
 #endif
