@@ -569,6 +569,13 @@ class Data:
         for cp in range(512):
             if cp not in uni:
                 uni[cp] = Rec(ORD_UNDEFINED)
+        # Format characters are ignorable wherever they stand, also outside
+        # the covered blocks (the byte order mark, the Arabic letter mark, the
+        # interlinear annotation characters): without a record they would be
+        # unknown characters and move the text into state 20.
+        for cp in range(0x10000):
+            if cp not in uni and unicodedata.category(chr(cp)) == 'Cf':
+                uni[cp] = Rec(ORD_FORMAT)
         # Number the further symbols.
         numbers = {}
         n = FIRST_GROUP_SYMBOL
