@@ -169,8 +169,8 @@ int32_t NxMBS2NxString(const char* text, NxString& result, int32_t length) {
   int32_t status = 0;
   for (;;) {
     unsigned short c = 0;
-    const int n = NxMultiByte2WChar(&c, const_cast<char*>(text) + sum,
-                                    static_cast<unsigned>(length - sum));
+    const int n =
+        NxMultiByte2WChar(&c, const_cast<char*>(text) + sum, static_cast<unsigned>(length - sum));
     if (n <= 0) {
       status = -1;
       break;

@@ -51,8 +51,7 @@ std::string FormatText(const char* format, const char* text, size_t room) {
     while ((format[k] >= '0' && format[k] <= '9') || format[k] == '*') star |= format[k++] == '*';
     if (format[k] == '.') {
       ++k;
-      while ((format[k] >= '0' && format[k] <= '9') || format[k] == '*')
-        star |= format[k++] == '*';
+      while ((format[k] >= '0' && format[k] <= '9') || format[k] == '*') star |= format[k++] == '*';
     }
     const size_t modifierFrom = k;
     while (format[k] != '\0' && std::strchr("hlqjztL", format[k]) != nullptr) ++k;

@@ -81,23 +81,23 @@ TEST(Utf8Character, BadOverlongShortAndLongSequences) {
     int result;
     unsigned short value;  // when the result is positive
   } kCases[] = {
-      {"\x00", 1, 1, 0},                 // a zero byte is a character
-      {"\xC0\x80", 2, -1, 0},            // overlong forms
+      {"\x00", 1, 1, 0},       // a zero byte is a character
+      {"\xC0\x80", 2, -1, 0},  // overlong forms
       {"\xC1\xBF", 2, -1, 0},
       {"\xE0\x9F\xBF", 3, -1, 0},
       {"\xF0\x8F\xBF\xBF", 4, -1, 0},
       {"\xF8\x87\xBF\xBF\xBF", 5, -1, 0},
       {"\xFC\x83\xBF\xBF\xBF\xBF", 6, -1, 0},
-      {"\x80", 1, -1, 0},                // a continuation byte leads nothing
+      {"\x80", 1, -1, 0},  // a continuation byte leads nothing
       {"\xBF\x80\x80\x80\x80\x80\x80", 7, -1, 0},
-      {"\xFE", 1, -1, 0},                // no row
+      {"\xFE", 1, -1, 0},  // no row
       {"\xFF\x80\x80\x80\x80\x80\x80", 7, -1, 0},
-      {"\xC3\x41", 2, -1, 0},            // not a continuation byte
+      {"\xC3\x41", 2, -1, 0},  // not a continuation byte
       {"\xE2\x82\xC0", 3, -1, 0},
-      {"\xE2\x82\xAC", 2, -1, 0},        // cut short by `length`
+      {"\xE2\x82\xAC", 2, -1, 0},  // cut short by `length`
       {"\xE2\x82\xAC", 3, 3, 0x20AC},
-      {"\xE2\x82\xAC", 9, 3, 0x20AC},    // a longer `length` takes no more
-      {"\xED\xA0\x80", 3, 3, 0xD800},    // a surrogate is a 16-bit value like any
+      {"\xE2\x82\xAC", 9, 3, 0x20AC},  // a longer `length` takes no more
+      {"\xED\xA0\x80", 3, 3, 0xD800},  // a surrogate is a 16-bit value like any
       // Sequences of four to six bytes are cut to 16 bits.
       {"\xF0\x9F\x98\x80", 4, 4, 0xF600},
       {"\xF4\x8F\xBF\xBF", 4, 4, 0xFFFF},
@@ -130,7 +130,9 @@ TEST(Utf8Array, CountsPastTheArrayAndStopsAtABadSequence) {
   EXPECT_EQ(0, NxMultiByteStr2WCharStr(out, 6, text, 0));
   // A sequence cut by `length`, and a bad one in the middle.
   EXPECT_EQ(-1, NxMultiByteStr2WCharStr(out, 6, text, 6));
-  char bad[] = "ab\xC0\x80" "cd";
+  char bad[] =
+      "ab\xC0\x80"
+      "cd";
   EXPECT_EQ(-1, NxMultiByteStr2WCharStr(out, 6, bad, 6));
 }
 
@@ -138,7 +140,9 @@ TEST(Utf8ToString, DecodesIntoCodeSet253AndKeepsTheTextBeforeAFault) {
   NxString s(kCp1252, 7);
   s = "old";
   s.language = 7;
-  EXPECT_EQ(6, NxMBS2NxString("A\xC3\xA9\xE2\x82\xAC" "tail", s, 6));
+  EXPECT_EQ(6, NxMBS2NxString("A\xC3\xA9\xE2\x82\xAC"
+                              "tail",
+                              s, 6));
   EXPECT_EQ(kUnicode, s.codeSet);
   EXPECT_EQ(7, s.language);
   EXPECT_EQ(u"Aé€", Units(s));
@@ -208,7 +212,10 @@ TEST(Utf8FromString, QuickPathBuffersAndRecoding) {
   EXPECT_EQ(0, NxString2NxMBS(Unicode(u"€"), buffer, 2));  // not even the first fits
   std::memset(buffer, 'x', sizeof buffer);
   EXPECT_EQ(5, NxString2NxMBS(Unicode(u"ж€"), buffer, 5));  // full: no terminator
-  EXPECT_EQ("\xD0\xB6\xE2\x82\xAC" "x", std::string(buffer, 6));
+  EXPECT_EQ(
+      "\xD0\xB6\xE2\x82\xAC"
+      "x",
+      std::string(buffer, 6));
   // 8-bit code sets recode through Unicode, 16-bit ones are their values.
   EXPECT_EQ(2, NxString2NxMBS(Narrow("\xD6", kIso8859_5), buffer, 8));
   EXPECT_EQ("\xD0\xB6", std::string(buffer));

@@ -57,9 +57,9 @@ TEST(OrderNaming, SymbolAndDigitNumbers) {
   EXPECT_EQ(NxSTATUS_INVALID_ARGUMENT, NxExtractDigitFromOrder(0x4000, digit, expand));
   EXPECT_EQ(999, digit);
   // {order, digit, expand}: ten orders apart, bit 0 the flag.
-  const unsigned short kDigits[][3] = {
-      {0x3F00, 0, 0}, {0x3F01, 0, 1}, {0x3F0A, 1, 0}, {0x3F0B, 1, 1},
-      {0x3F5A, 9, 0}, {0x3F09, 0, 1}, {0x3FFF, 25, 1}};
+  const unsigned short kDigits[][3] = {{0x3F00, 0, 0}, {0x3F01, 0, 1}, {0x3F0A, 1, 0},
+                                       {0x3F0B, 1, 1}, {0x3F5A, 9, 0}, {0x3F09, 0, 1},
+                                       {0x3FFF, 25, 1}};
   for (const auto& d : kDigits) {
     EXPECT_EQ(0, NxExtractDigitFromOrder(d[0], digit, expand));
     EXPECT_EQ(d[1], digit) << std::hex << d[0];
@@ -121,10 +121,10 @@ TEST(OrderNaming, EveryKindOfOrderInWords) {
   for (const auto& c : kCases)
     EXPECT_EQ(c.words, Words(c.order, c.state)) << std::hex << c.order << " " << int(c.state);
 
-  const char* kAccents[] = {"cedilla",         "accent acute", "accent grave",  "accent circumflex",
-                            "tilde",           "diaeresis",    "ring above",    "stroke",
-                            "accent caron",    "accent macron", "accent breve", "dot above",
-                            "ogonek",          "accent double acute"};
+  const char* kAccents[] = {
+      "cedilla",      "accent acute", "accent grave", "accent circumflex",  "tilde",
+      "diaeresis",    "ring above",   "stroke",       "accent caron",       "accent macron",
+      "accent breve", "dot above",    "ogonek",       "accent double acute"};
   for (unsigned accent = 1; accent <= 14; ++accent)
     EXPECT_EQ(std::string("upper letter O with ") + kAccents[accent - 1],
               Words(Letter(17, accent)));
@@ -136,17 +136,19 @@ TEST(OrderNaming, PlainCharacters) {
     unsigned char state;
     unsigned char character;
   } kCases[] = {
-      {0, kLatin, ' '},          {13, kLatin, ' '},          {79, kLatin, ' '},
-      {Symbol(32), kLatin, '_'}, {Symbol(44), kLatin, '/'},  {Symbol(46), kLatin, '.'},
-      {Symbol(52), kLatin, '\''}, {Symbol(55), kLatin, '"'}, {Symbol(68), kLatin, '.'},
-      {Symbol(80), kLatin, '.'}, {Symbol(88), kLatin, '\''}, {Symbol(89), kLatin, '`'},
+      // clang-format off
+      {0, kLatin, ' '},           {13, kLatin, ' '},          {79, kLatin, ' '},
+      {Symbol(32), kLatin, '_'},  {Symbol(44), kLatin, '/'},  {Symbol(46), kLatin, '.'},
+      {Symbol(52), kLatin, '\''}, {Symbol(55), kLatin, '"'},  {Symbol(68), kLatin, '.'},
+      {Symbol(80), kLatin, '.'},  {Symbol(88), kLatin, '\''}, {Symbol(89), kLatin, '`'},
       {Symbol(107), kLatin, '|'}, {Symbol(139), kLatin, '.'},
       // Symbols without a plain character keep the start value 7.
-      {Symbol(31), kLatin, 7},   {Symbol(33), kLatin, 7},    {Symbol(140), kLatin, 7},
-      {0x3F00, kLatin, '0'},     {0x3F0B, kLatin, '1'},      {0x3F5B, kLatin, '9'},
-      {Letter(3), kLatin, 'A'},  {Letter(28, 0, 1), kLatin, 'z'}, {Letter(3, 0, 2), kLatin, 'a'},
-      {0x8000, kLatin, 127},     {0x0061, kUnknown, 127},    {Letter(3), 0x80 | kUnknown, 127},
+      {Symbol(31), kLatin, 7},    {Symbol(33), kLatin, 7},    {Symbol(140), kLatin, 7},
+      {0x3F00, kLatin, '0'},      {0x3F0B, kLatin, '1'},      {0x3F5B, kLatin, '9'},
+      {Letter(3), kLatin, 'A'},   {Letter(28, 0, 1), kLatin, 'z'}, {Letter(3, 0, 2), kLatin, 'a'},
+      {0x8000, kLatin, 127},      {0x0061, kUnknown, 127},    {Letter(3), 0x80 | kUnknown, 127},
       {Letter(3), 0x80 | kLatin, 'A'},
+      // clang-format on
   };
   for (const auto& c : kCases) {
     for (int accented : {0, 1}) {
@@ -166,10 +168,10 @@ TEST(OrderNaming, AccentedLettersComeFromCodeSet1) {
   const struct {
     unsigned char code;
     const char* name;
-  } kNamed[] = {{0xC0, "\\`A"}, {0xC1, "\\'A"}, {0xC5, "\\AA"}, {0xC6, "\\AE"}, {0xC7, "\\,C"},
-                {0xD0, "\\-D"}, {0xD1, "\\~N"}, {0xD8, "\\-O"}, {0xDD, "\\'Y"}, {0xDF, "\\ss"},
-                {0xE5, "\\aa"}, {0xE9, "\\'e"}, {0xEB, "\\\"e"}, {0xF4, "\\^o"},
-                {0xFD, "\\'y"}, {0xFF, "\\\"y"}};
+  } kNamed[] = {{0xC0, "\\`A"},  {0xC1, "\\'A"}, {0xC5, "\\AA"}, {0xC6, "\\AE"},
+                {0xC7, "\\,C"},  {0xD0, "\\-D"}, {0xD1, "\\~N"}, {0xD8, "\\-O"},
+                {0xDD, "\\'Y"},  {0xDF, "\\ss"}, {0xE5, "\\aa"}, {0xE9, "\\'e"},
+                {0xEB, "\\\"e"}, {0xF4, "\\^o"}, {0xFD, "\\'y"}, {0xFF, "\\\"y"}};
   for (const auto& n : kNamed) {
     const Plain p = CharOf(OrderOf(n.code), 1);
     EXPECT_EQ(n.code, p.character) << int(n.code);

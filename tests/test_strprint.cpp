@@ -103,17 +103,28 @@ TEST_F(StringPrint, SixteenBitTextIsRecodedIntoTheTarget) {
 }
 
 TEST_F(StringPrint, OrderTextShowsItsCharacters) {
-  const NxString key = Keyed("Cr\xE8me br\xFBl\xE9" "e");
+  const NxString key = Keyed(
+      "Cr\xE8me br\xFBl\xE9"
+      "e");
   EXPECT_EQ("Creme brulee", Text(key, "%1M"));
   EXPECT_EQ("<Creme brulee>", Text(key, "<%1M>"));
-  EXPECT_EQ("Cr\xE8me br\xFBl\xE9" "e", Text(key, "%2M"));
-  EXPECT_EQ("[Cr\xE8me br\xFBl\xE9" "e]", Text(key, "[%s]"));  // no placeholder: as "%2M"
+  EXPECT_EQ(
+      "Cr\xE8me br\xFBl\xE9"
+      "e",
+      Text(key, "%2M"));
+  EXPECT_EQ(
+      "[Cr\xE8me br\xFBl\xE9"
+      "e]",
+      Text(key, "[%s]"));  // no placeholder: as "%2M"
   // The first placeholder by number counts, wherever it stands.
   EXPECT_EQ("%2M|Creme brulee|%s", Text(key, "%2M|%1M|%s"));
   // "%2M" recodes from code set 1 into the result's code set.
   const NxString latin2 = Print(key, "%2M", NxString(kIso8859_2, 0));
   EXPECT_EQ(kIso8859_2, latin2.codeSet);
-  EXPECT_EQ("Cr?me br?l\xE9" "e", std::string(latin2.StrGet()));
+  EXPECT_EQ(
+      "Cr?me br?l\xE9"
+      "e",
+      std::string(latin2.StrGet()));
   const NxString wide = Print(key, "%2M", NxString(kUnicode, 0));
   EXPECT_EQ(kUnicode, wide.codeSet);
   EXPECT_EQ(u"Crème brûlée", Units(wide));
@@ -126,7 +137,9 @@ TEST_F(StringPrint, OrderTextShowsItsCharacters) {
 }
 
 TEST_F(StringPrint, OrderTextNamesEachOrder) {
-  const NxString key = Keyed("A\xE9" "1");
+  const NxString key = Keyed(
+      "A\xE9"
+      "1");
   EXPECT_EQ("upper letter A, lower letter e with accent acute, digit 1, ", Text(key, "%3M, "));
   EXPECT_EQ("[A][\\'e][1]", Text(key, "[%4M]"));
   // A key cut at a change of state says so, through the same format.
