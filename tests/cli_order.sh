@@ -5,20 +5,15 @@ source "$(dirname "$0")/cli_lib.sh"
 
 # nxtm orders names each order; a byte order mark is ignorable and keeps the state.
 check orders-words 0 "lower letter e with accent acute" -- "$nxtm" orders "é"
-check orders-expand 0 "digit 1 with expand" -- "$nxtm" orders "½"
-check orders-han 0 "HAN character 0x4e00" -- "$nxtm" orders "一"
 check orders-bom 0 "<U+FEFF>  0002   space" -- "$nxtm" orders $'\ufeffa'
 check orders-bom-state 0 "a         500C   letter  3       0       lower  0    1" -- "$nxtm" orders $'\ufeffa'
 
 # Ordinary text through the format.
 check print-format 0 "[héllo]" -- "$nxtm" print NxString héllo --format '[%s]'
-check print-array 0 "<a>,<b>" -- "$nxtm" print NxString a b --format '<%s>'
-check print-null 0 "{NULL}" -- "$nxtm" print NxString '{NULL}' --format '[%s]'
 
 # Order text: the orders of a key, or given one by one.
 check key-plain 0 "Creme brulee" -- "$nxtm" print NxString 'Crème brûlée' --key --format '%1M'
 check key-accents 0 "Crème brûlée" -- "$nxtm" print NxString 'Crème brûlée' --key --format '%2M'
-check key-default 0 "<Crème>" -- "$nxtm" print NxString 'Crème' --key --format '<%s>'
 check key-words 0 "upper letter C, lower letter r, lower letter e with accent grave, " -- \
   "$nxtm" print NxString 'Crème' --key --format '%3M, '
 check key-names 0 '[C][r][\`e][m][e]' -- "$nxtm" print NxString 'Crème' --key --format '[%4M]'
@@ -27,16 +22,12 @@ check key-bom 0 "space|lower letter a|" -- "$nxtm" print NxString $'\ufeffa' --k
 check key-language 0 "upper letter C with extension" -- \
   "$nxtm" print NxString 'Ch' --key --language 3 --format '%3M'
 check key-target 0 "Cr?me" -- "$nxtm" print NxString 'Crème' --key --format '%2M' --result-codeset 3
-check key-target-16 0 "Crème" -- "$nxtm" print NxString 'Crème' --key --format '%2M' --result-codeset 253
 check orders-given 0 "HAN character 0x0041" -- "$nxtm" print NxString 41 --orders --state 20 --format '%3M'
-check orders-symbol 0 "symbol solidus" -- "$nxtm" print NxString 0x7C --orders --format '%3M'
 [[ $("$nxtm" print NxString 71,94 --orders --format '%1M' | od -An -tx1 | tr -d ' \n') == "072e0a" ]] ||
   { echo "FAIL orders-no-plain-character"; failures=$((failures + 1)); }
 
 check key-and-orders 2 "exclude each other" -- "$nxtm" print NxString a --key --orders
 check bad-order 2 "bad order 'zz'" -- "$nxtm" print NxString 41,zz --orders
-check zero-order 2 "bad order" -- "$nxtm" print NxString 0 --orders
-check state-alone 2 "--state belongs to --orders" -- "$nxtm" print NxString a --state 3
 check key-codeset-0 2 "makes no key" -- "$nxtm" print NxString a --key --codeset 0
 
 # Scan: the text as it stands, or null for anything that begins with the null text.

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "test_support.h"
 
@@ -48,8 +47,6 @@ TEST(OrderNaming, SymbolAndDigitNumbers) {
   EXPECT_EQ(NxSTATUS_INVALID_ARGUMENT, NxExtractSymbolFromOrder(79, symbol));
   EXPECT_EQ(NxSTATUS_INVALID_ARGUMENT, NxExtractSymbolFromOrder(0x3F00, symbol));
   EXPECT_EQ(999, symbol);
-  EXPECT_EQ(0, NxExtractSymbolFromOrder(80, symbol));
-  EXPECT_EQ(0, symbol);
   EXPECT_EQ(0, NxExtractSymbolFromOrder(0x3EFF, symbol));
   EXPECT_EQ(0x3EFF - 80, symbol);
 
@@ -57,19 +54,12 @@ TEST(OrderNaming, SymbolAndDigitNumbers) {
   EXPECT_EQ(NxSTATUS_INVALID_ARGUMENT, NxExtractDigitFromOrder(0x4000, digit, expand));
   EXPECT_EQ(999, digit);
   // {order, digit, expand}: ten orders apart, bit 0 the flag.
-  const unsigned short kDigits[][3] = {{0x3F00, 0, 0}, {0x3F01, 0, 1}, {0x3F0A, 1, 0},
-                                       {0x3F0B, 1, 1}, {0x3F5A, 9, 0}, {0x3F09, 0, 1},
-                                       {0x3FFF, 25, 1}};
+  const unsigned short kDigits[][3] = {
+      {0x3F00, 0, 0}, {0x3F0B, 1, 1}, {0x3F09, 0, 1}, {0x3F5A, 9, 0}, {0x3FFF, 25, 1}};
   for (const auto& d : kDigits) {
     EXPECT_EQ(0, NxExtractDigitFromOrder(d[0], digit, expand));
     EXPECT_EQ(d[1], digit) << std::hex << d[0];
     EXPECT_EQ(d[2], expand) << std::hex << d[0];
-  }
-  // The digits of code set 1 are where the structure says.
-  for (unsigned char c = '0'; c <= '9'; ++c) {
-    ASSERT_EQ(0, NxExtractDigitFromOrder(OrderOf(c), digit, expand));
-    EXPECT_EQ(c - '0', digit);
-    EXPECT_EQ(0, expand);
   }
 }
 
@@ -80,43 +70,27 @@ TEST(OrderNaming, EveryKindOfOrderInWords) {
     const char* words;
   } kCases[] = {
       {0, kLatin, "space"},
-      {1, kLatin, "space"},
       {13, kLatin, "undefined ordering indicator"},
       {79, kLatin, "space"},
       {Symbol(32), kLatin, "symbol _"},
-      {Symbol(44), kLatin, "symbol solidus"},
       {Symbol(55), kLatin, "symbol \""},
-      {Symbol(58), kLatin, "symbol left pointing double angle quotation mark"},
-      {Symbol(88), kLatin, "symbol '"},
       {Symbol(89), kLatin, "symbol `"},
-      {Symbol(107), kLatin, "symbol |"},
       {Symbol(139), kLatin, "symbol inverted question mark"},
-      {Symbol(0), kLatin, "symbol "},
       {Symbol(31), kLatin, "symbol "},
       {Symbol(33), kLatin, "symbol "},
       {Symbol(140), kLatin, "symbol "},
-      {0x3EFF, kLatin, "symbol "},
       {0x3F00, kLatin, "digit 0"},
       {0x3F0B, kLatin, "digit 1 with expand"},
-      {0x3F5A, kLatin, "digit 9"},
       {Letter(3), kLatin, "upper letter A"},
       {Letter(28, 0, 1), kLatin, "lower letter z"},
-      {Letter(7, 2, 1), kLatin, "lower letter e with accent acute"},
-      {Letter(5, 0, 0, 1), kLatin, "upper letter C with extension"},
-      {Letter(14, 9, 1, 1), kLatin, "lower letter l with accent caron with extension"},
       {Letter(21, 0, 2), kLatin, "lower letter s"},  // case 2 is lower too
-      {Letter(3, 15, 1), kLatin, "lower letter a with "},
-      {Letter(3, 31), kLatin, "upper letter A with "},
-      {Letter(31, 0, 1, 3), kLatin, "lower letter } with extension"},
+      {Letter(14, 9, 1, 1), kLatin, "lower letter l with accent caron with extension"},
+      {Letter(3, 15, 1), kLatin, "lower letter a with "},  // our own accents have no name
       // Ideographs and unknown characters: their code value, whatever it looks like.
       {0x8000, kLatin, "HAN character 0x8000\n"},
-      {0xFFFF, kLatin, "HAN character 0xffff\n"},
       {0x0061, kUnknown, "HAN character 0x0061\n"},
-      {Letter(3), 21, "HAN character 0x400c\n"},
       {Letter(3), 0x80 | kUnknown, "HAN character 0x400c\n"},
-      // Bit 7 of the state doesn't count.
-      {Letter(3), 0x80 | kLatin, "upper letter A"},
-      {13, 0x80 | 19, "undefined ordering indicator"},
+      {Letter(3), 0x80 | kLatin, "upper letter A"},  // bit 7 of the state doesn't count
   };
   for (const auto& c : kCases)
     EXPECT_EQ(c.words, Words(c.order, c.state)) << std::hex << c.order << " " << int(c.state);
@@ -137,17 +111,13 @@ TEST(OrderNaming, PlainCharacters) {
     unsigned char character;
   } kCases[] = {
       // clang-format off
-      {0, kLatin, ' '},           {13, kLatin, ' '},          {79, kLatin, ' '},
-      {Symbol(32), kLatin, '_'},  {Symbol(44), kLatin, '/'},  {Symbol(46), kLatin, '.'},
-      {Symbol(52), kLatin, '\''}, {Symbol(55), kLatin, '"'},  {Symbol(68), kLatin, '.'},
-      {Symbol(80), kLatin, '.'},  {Symbol(88), kLatin, '\''}, {Symbol(89), kLatin, '`'},
-      {Symbol(107), kLatin, '|'}, {Symbol(139), kLatin, '.'},
+      {0, kLatin, ' '},           {13, kLatin, ' '},          {Symbol(32), kLatin, '_'},
+      {Symbol(44), kLatin, '/'},  {Symbol(68), kLatin, '.'},  {Symbol(88), kLatin, '\''},
+      {Symbol(139), kLatin, '.'},
       // Symbols without a plain character keep the start value 7.
       {Symbol(31), kLatin, 7},    {Symbol(33), kLatin, 7},    {Symbol(140), kLatin, 7},
-      {0x3F00, kLatin, '0'},      {0x3F0B, kLatin, '1'},      {0x3F5B, kLatin, '9'},
-      {Letter(3), kLatin, 'A'},   {Letter(28, 0, 1), kLatin, 'z'}, {Letter(3, 0, 2), kLatin, 'a'},
-      {0x8000, kLatin, 127},      {0x0061, kUnknown, 127},    {Letter(3), 0x80 | kUnknown, 127},
-      {Letter(3), 0x80 | kLatin, 'A'},
+      {0x3F0B, kLatin, '1'},      {Letter(3), kLatin, 'A'},   {Letter(28, 0, 1), kLatin, 'z'},
+      {0x8000, kLatin, 127},      {0x0061, kUnknown, 127},    {Letter(3), 0x80 | kLatin, 'A'},
       // clang-format on
   };
   for (const auto& c : kCases) {
@@ -168,10 +138,8 @@ TEST(OrderNaming, AccentedLettersComeFromCodeSet1) {
   const struct {
     unsigned char code;
     const char* name;
-  } kNamed[] = {{0xC0, "\\`A"},  {0xC1, "\\'A"}, {0xC5, "\\AA"}, {0xC6, "\\AE"},
-                {0xC7, "\\,C"},  {0xD0, "\\-D"}, {0xD1, "\\~N"}, {0xD8, "\\-O"},
-                {0xDD, "\\'Y"},  {0xDF, "\\ss"}, {0xE5, "\\aa"}, {0xE9, "\\'e"},
-                {0xEB, "\\\"e"}, {0xF4, "\\^o"}, {0xFD, "\\'y"}, {0xFF, "\\\"y"}};
+  } kNamed[] = {{0xC0, "\\`A"}, {0xC5, "\\AA"}, {0xC6, "\\AE"}, {0xC7, "\\,C"}, {0xD8, "\\-O"},
+                {0xDF, "\\ss"}, {0xE9, "\\'e"}, {0xF1, "\\~n"}, {0xFF, "\\\"y"}};
   for (const auto& n : kNamed) {
     const Plain p = CharOf(OrderOf(n.code), 1);
     EXPECT_EQ(n.code, p.character) << int(n.code);
@@ -184,14 +152,13 @@ TEST(OrderNaming, AccentedLettersComeFromCodeSet1) {
   const Plain s = CharOf(OrderOf(0x8A), 1);  // S caron
   EXPECT_EQ(0x8A, s.character);
   EXPECT_EQ("", s.name);
-  // A null `name` is fine.
-  unsigned char c = 0;
-  EXPECT_EQ(0, NxConvertOrderToChar(OrderOf(0xE9), kLatin, c, 1, nullptr));
-  EXPECT_EQ(0xE9, c);
   // An accent that code set 1 lacks keeps the base letter and leaves `name` alone.
   const Plain caron = CharOf(Letter(7, 9, 1), 1);  // e caron
   EXPECT_EQ('e', caron.character);
   EXPECT_EQ("(untouched)", caron.name);
+  unsigned char c = 0;
+  EXPECT_EQ(0, NxConvertOrderToChar(OrderOf(0xE9), kLatin, c, 1, nullptr));
+  EXPECT_EQ(0xE9, c);
 
   // Every accented letter of code set 1 finds the first code with its order.
   for (unsigned code = 128; code <= 255; ++code) {
