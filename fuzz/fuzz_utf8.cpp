@@ -79,6 +79,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   NxString s(NxCS_CP1252, 5);
   const int32_t taken = NxMBS2NxString(bytes, s, length);
   Check(s.codeSet == NxCS_UNICODE && s.language == 5);
+  // The other names of the string decoder agree with it.
+  NxString same;
+  Check(NxMultiByteString2NxString(bytes, same, length) == taken);
+  Check(same.Len() == s.Len() && Same(same.StrGet(), s.StrGet(), 2 * size_t{s.Len()}));
+  NxString holder(bytes != nullptr ? std::string(bytes, text.size()).c_str() : "");
+  NxString fromString;
+  const int32_t held = NxMultiByteString2NxString(holder, fromString);
+  Check(holder.Len() == 0 || held == NxMBS2NxString(holder.StrGet(), same, holder.Len()));
   size_t upTo = 0;
   int32_t sum = 0;
   while (upTo < units.size() && units[upTo] != 0 && sum < 32768) {
