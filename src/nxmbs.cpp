@@ -243,11 +243,12 @@ int32_t NxString2MultiByteString(const NxString& text, char*& result, int32_t& l
     buffer = local;
     room = kLocalBuffer;
   }
-  // An answer that fills the whole buffer left no room for the terminator
-  // and may have left text over: it goes the long way like one that didn't
-  // fit.
+  // A positive answer is taken as the whole text.  Pure ASCII of the 8-bit
+  // code sets below 6 answers the buffer's size when it fills the buffer,
+  // so such a text comes back cut to the buffer: 2048 bytes in the working
+  // buffer, and without a terminator in a caller's buffer of its size.
   const int32_t n = NxString2NxMBS(text, buffer, room);
-  if (n > 0 && n < room) {
+  if (n > 0) {
     if (callersBuffer) return n;
     result = NewBuffer(n + 1);
     length = n + 1;

@@ -207,31 +207,36 @@ TEST(Utf8FromString, AllocatesOrFillsTheCallersBuffer) {
   EXPECT_EQ(1, length);
   EXPECT_EQ(0, out[0]);
   delete[] out;
-  // Longer than the working buffer, ASCII and not: all of it.
+  // Longer than the working buffer: pure ASCII of code set 1 stops at the
+  // 2048 bytes of the quick path; any other text goes the long way, whole.
   for (const char* unit : {"a", "\xE9"}) {
     std::string text(3000, unit[0]);
     out = nullptr;
     length = 0;
-    const int32_t want = unit[0] == 'a' ? 3000 : 6000;
+    const int32_t want = unit[0] == 'a' ? 2048 : 6000;
     EXPECT_EQ(want, NxString2MultiByteString(Narrow(text, kCp1252), out, length));
     EXPECT_EQ(want + 1, length);
     EXPECT_EQ(static_cast<size_t>(want), std::strlen(out));
     delete[] out;
   }
 
-  // The caller's buffer: the text with its terminator, or -1 and the size needed.
+  // The caller's buffer: the text (terminated when there is room), or -1
+  // and the size needed.
   char buffer[8];
   out = buffer;
   length = 8;
   EXPECT_EQ(6, NxString2MultiByteString(Unicode(u"aé€"), out, length));
   EXPECT_EQ(buffer, out);
   EXPECT_EQ("a\xC3\xA9\xE2\x82\xAC", std::string(buffer));
-  length = 6;
+  length = 5;
   EXPECT_EQ(-1, NxString2MultiByteString(Unicode(u"aé€"), out, length));
   EXPECT_EQ(6, length);
-  length = 3;  // filled to the last byte: no room for the terminator
-  EXPECT_EQ(-1, NxString2MultiByteString(Narrow("abc", kCp1252), out, length));
-  EXPECT_EQ(3, length);
+  length = 6;  // exactly the text: written whole, without a terminator
+  EXPECT_EQ(6, NxString2MultiByteString(Unicode(u"aé€"), out, length));
+  length = 3;  // ASCII filling the buffer to the last byte: no terminator
+  std::memset(buffer, 'x', sizeof buffer);
+  EXPECT_EQ(3, NxString2MultiByteString(Narrow("abc", kCp1252), out, length));
+  EXPECT_EQ("abcxxxxx", std::string(buffer, 8));
   length = 4;
   EXPECT_EQ(3, NxString2MultiByteString(Narrow("abc", kCp1252), out, length));
   EXPECT_EQ("abc", std::string(buffer));

@@ -50,7 +50,10 @@ NXTM_API int32_t NxString2NxMBS(const NxString& text, char* result, int32_t leng
 // bytes of the text, or -1 with `length` set to the bytes that the text needs
 // (without the terminator) when the buffer is too small.  Otherwise `result`
 // receives a buffer from new[] of `length` bytes, which the caller owns and
-// frees with delete[], and the result is the bytes of the text.
+// frees with delete[], and the result is the bytes of the text.  Pure ASCII
+// text of the 8-bit code sets below 6 takes a quick path that stops at the
+// end of the buffer: without a caller's buffer it comes back cut to 2048
+// bytes, and in a caller's buffer that it fills it has no terminator.
 NXTM_API int32_t NxString2MultiByteString(const NxString& text, char*& result, int32_t& length);
 
 // The UTF-8 bytes of the first `count` characters.  Text of code sets below
