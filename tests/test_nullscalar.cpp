@@ -123,6 +123,36 @@ TEST_F(NullRows, LayoutInEveryFormat) {
   }
 }
 
+// Long arrays: the same bytes as their elements stored one at a time, and
+// back again, in both byte orders and the packed form.
+TEST_F(NullRows, LongArraysAreTheirElementsInARow) {
+  for (const NullCase& c : Cases()) {
+    SCOPED_TRACE(mgr.RowGet(c.id)->name);
+    const uint32_t count = 300;
+    const size_t disk = c.width + 1;
+    std::vector<unsigned char> memory(count * c.memLen);
+    mgr.RowGet(c.id)->Constructor(memory.data(), count, 0);
+    for (uint32_t i = 0; i < count; ++i) {
+      if (i % 7 == 3) continue;  // stays null
+      unsigned char* element = memory.data() + i * c.memLen;
+      for (size_t b = 0; b < c.width; ++b) element[b] = static_cast<unsigned char>(i * 31 + b);
+      element[c.width] = 0;
+    }
+    for (unsigned char format : {1, 2, 8}) {
+      std::vector<unsigned char> whole(count * disk), single(count * disk);
+      ASSERT_EQ(mgr.Store(c.id, whole.data(), memory.data(), format, count), count * disk);
+      for (uint32_t i = 0; i < count; ++i)
+        mgr.Store(c.id, single.data() + i * disk, memory.data() + i * c.memLen, format, 1);
+      ASSERT_EQ(Hex(whole.data(), whole.size()), Hex(single.data(), single.size()));
+      std::vector<unsigned char> back(count * c.memLen, 0x77);
+      ASSERT_EQ(mgr.Load(c.id, back.data(), whole.data(), format, count), count * disk);
+      for (uint32_t i = 0; i < count; ++i)
+        ASSERT_EQ(Hex(back.data() + i * c.memLen, disk), Hex(memory.data() + i * c.memLen, disk))
+            << i;
+    }
+  }
+}
+
 TEST_F(NullRows, OnlyTheFlagByteOneMeansNull) {
   for (const NullCase& c : Cases()) {
     SCOPED_TRACE(mgr.RowGet(c.id)->name);
