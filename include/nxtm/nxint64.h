@@ -125,8 +125,12 @@ class NXTM_API NxInt64 {
 #endif
   }
   void SetBits(uint64_t bits) {
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+    std::memcpy(this, &bits, sizeof bits);  // one store
+#else
     low = static_cast<uint32_t>(bits);
     high = static_cast<int32_t>(static_cast<uint32_t>(bits >> 32));
+#endif
   }
   static NxInt64 FromBits(uint64_t bits) {
     NxInt64 n;
