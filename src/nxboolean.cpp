@@ -156,7 +156,7 @@ NxString& BooleanPrint(NxString& result, void* value, const char*, uint32_t) {
 // "T", "t", "TRUE", "true" or "1"; false for anything else.  Takes no format.
 void* BooleanScan(void* value, NxString& text, const char*, uint32_t) {
   if (value == nullptr) return nullptr;
-  NxString narrow;
+  NxString narrow(NxString::GetDefault8CodeSet(), NxString::GetDefaultLanguage());
   const char* input = text.StrGet();
   if (text.codeSet > 224) {
     narrow += text;

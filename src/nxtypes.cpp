@@ -1157,7 +1157,7 @@ NxTypeDesc dIntervalRow = IntervalRow();
 
 bool StartsWithNullPrintString(const char* text) {
   const NxString& null = detail::nullPrintString;
-  NxString narrow;
+  NxString narrow(NxString::GetDefault8CodeSet(), NxString::GetDefaultLanguage());
   const char* mark = null.StrGet();
   if (null.codeSet > 224) {
     narrow += null;
@@ -1489,7 +1489,7 @@ struct NullRowFunctions {
   // the number it holds, and is not null.
   static void* Scan(void* value, NxString& text, const char* format, uint32_t) {
     if (value == nullptr) return nullptr;
-    NxString narrow;
+    NxString narrow(NxString::GetDefault8CodeSet(), NxString::GetDefaultLanguage());
     NxString* input = &text;
     if (text.codeSet > 224) {
       narrow += text;

@@ -37,25 +37,11 @@ int64_t Wrap(I128 v) {
   return static_cast<int64_t>(static_cast<uint64_t>(static_cast<unsigned __int128>(v)));
 }
 
-const int64_t kExtremes[] = {0,
-                             1,
-                             -1,
-                             2,
-                             -2,
-                             7,
-                             -7,
-                             3,
-                             kMin,
-                             kMin + 1,
-                             kMax,
-                             kMax - 1,
-                             INT32_MIN,
-                             INT32_MAX,
-                             0xFFFFFFFFll,
-                             1ll << 32,
-                             -(1ll << 32),
-                             kMin / 2,
+// clang-format off
+const int64_t kExtremes[] = {0, 1, -1, 2, -2, 7, -7, 3, kMin, kMin + 1, kMax, kMax - 1, INT32_MIN,
+                             INT32_MAX, 0xFFFFFFFFll, 1ll << 32, -(1ll << 32), kMin / 2,
                              0x7FFFFFFF00000000ll};
+// clang-format on
 
 // Every pair of extremes, then random pairs whose magnitudes spread over
 // all bit lengths, so that both words and the carries between them count.
@@ -72,7 +58,8 @@ std::vector<std::pair<int64_t, int64_t>> Operands() {
   return pairs;
 }
 
-TEST(Int64, ArithmeticMatchesNativeWraparound) {
+// Every operator on every pair, against 128-bit arithmetic cut to 64 bits.
+TEST(Int64, OperatorsMatchNativeWraparound) {
   for (const auto& [a, b] : Operands()) {
     SCOPED_TRACE(std::to_string(a) + " " + std::to_string(b));
     const NxInt64 x = Make(a), y = Make(b);
@@ -84,39 +71,20 @@ TEST(Int64, ArithmeticMatchesNativeWraparound) {
     ASSERT_EQ(Of(x | y), a | b);
     ASSERT_EQ(Of(~x), ~a);
     ASSERT_EQ(Of(x.Abs()), a == kMin ? kMin : (a < 0 ? -a : a));
-    ASSERT_EQ(x.ToInt64(), a);
     if (b != 0) {
       // Truncating division; the quotient of the lowest value by -1 wraps.
       ASSERT_EQ(Of(x / y), Wrap(I128(a) / b));
       ASSERT_EQ(Of(x % y), Wrap(I128(a) % b));
-      ASSERT_EQ(Of(x.Division(y, 0)), Wrap(I128(a) / b));
     }
-  }
-}
-
-TEST(Int64, ComparisonsAreSignedAndGiveOneOrZero) {
-  for (const auto& [a, b] : Operands()) {
-    const NxInt64 x = Make(a), y = Make(b);
-    ASSERT_EQ(x == y, a == b ? 1 : 0);
-    ASSERT_EQ(x != y, a != b ? 1 : 0);
-    ASSERT_EQ(x < y, a < b ? 1 : 0) << a << " " << b;
-    ASSERT_EQ(x > y, a > b ? 1 : 0) << a << " " << b;
-    ASSERT_EQ(x <= y, a <= b ? 1 : 0);
-    ASSERT_EQ(x >= y, a >= b ? 1 : 0);
-  }
-}
-
-TEST(Int64, ShiftsOfSixtyFourAndMoreEmptyTheValue) {
-  std::mt19937_64 random(7);
-  std::vector<int64_t> values(std::begin(kExtremes), std::end(kExtremes));
-  for (int i = 0; i < 200; ++i) values.push_back(static_cast<int64_t>(random()));
-  const unsigned counts[] = {0, 1, 31, 32, 33, 62, 63, 64, 65, 100, 4294967295u};
-  for (int64_t a : values) {
-    for (unsigned n : counts) {
+    const int comparisons[6] = {x == y, x != y, x<y, x> y, x <= y, x >= y};
+    const int expected[6] = {a == b, a != b, a<b, a> b, a <= b, a >= b};
+    for (int i = 0; i < 6; ++i) ASSERT_EQ(comparisons[i], expected[i]) << "comparison " << i;
+    // Shifts by the low bits of b, and by counts of 64 and more.
+    for (unsigned n : {static_cast<unsigned>(b & 63), 64u + static_cast<unsigned>(b & 7), ~0u}) {
       const int64_t left = n >= 64 ? 0 : static_cast<int64_t>(static_cast<uint64_t>(a) << n);
       const int64_t right = n >= 64 ? (a < 0 ? -1 : 0) : (a >> n);
-      ASSERT_EQ(Of(Make(a) << n), left) << a << " << " << n;
-      ASSERT_EQ(Of(Make(a) >> n), right) << a << " >> " << n;
+      ASSERT_EQ(Of(x << n), left) << n;
+      ASSERT_EQ(Of(x >> n), right) << n;
     }
   }
 }
@@ -135,28 +103,11 @@ TEST(Int64, DivisionByZeroReportsAndGivesZero) {
   }
 }
 
-TEST(Int64, CompoundOperatorsReturnTheNewValue) {
-  NxInt64 x(10);
-  EXPECT_EQ(Of(x += 5), 15);
-  EXPECT_EQ(Of(x -= 20), -5);
-  EXPECT_EQ(Of(x *= -3), 15);
-  EXPECT_EQ(Of(x /= 4), 3);
-  EXPECT_EQ(Of(x %= 2), 1);
-  EXPECT_EQ(Of(x <<= 40), 1ll << 40);
-  EXPECT_EQ(Of(x >>= 39), 2);
-  EXPECT_EQ(Of(++x), 3);
-  EXPECT_EQ(Of(--x), 2);
-  EXPECT_EQ(Of(x++), 2);
-  EXPECT_EQ(Of(x), 3);
-  NxInt64 top = Make(kMax);
+TEST(Int64, CompoundFormsAndConstructors) {
+  NxInt64 x(10), top = Make(kMax);
+  EXPECT_EQ(Of(x *= -3) + Of(x), -60);  // compound forms return the new value
   EXPECT_EQ(Of(++top), kMin);
-}
-
-TEST(Int64, ConstructorsExtendBySignedness) {
-  EXPECT_EQ(Of(NxInt64(-5)), -5);
-  EXPECT_EQ(Of(NxInt64(4000000000u)), 4000000000ll);
-  EXPECT_EQ(Of(NxInt64(0xFFFFFFFFu, -1)), -1);
-  EXPECT_EQ(Of(NxInt64(kMin)), kMin);
+  EXPECT_EQ(Of(NxInt64(4000000000u)), 4000000000ll);  // unsigned: zero-extended
   EXPECT_EQ(Of(NxInt64(~0ull)), -1);
 }
 
@@ -176,24 +127,13 @@ int64_t RealReference(double d) {
 
 TEST(Int64, RealsKeepSevenDigitsAndSaturate) {
   const double inf = std::numeric_limits<double>::infinity();
+  // clang-format off
   const std::pair<double, int64_t> cases[] = {
-      {12345678.0, 12345680},
-      {1234567.0, 1234567},
-      {1.9999999, 2},
-      {2.5, 2},
-      {-2.5, -2},
-      {1e18, 1000000000000000000ll},
-      {9223372036854774784.0, 9223372000000000000ll},
-      {9223372036854775808.0, kMax},
-      {1e30, kMax},
-      {-1e30, -kMax},
-      {inf, kMax},
-      {-inf, -kMax},
-      {std::nan(""), 0},
-      {0.999, 0},
-      {-0.5, 0},
-      {1.0, 1},
-  };
+      {12345678.0, 12345680}, {1234567.0, 1234567}, {1.9999999, 2}, {2.5, 2}, {-2.5, -2},
+      {1e18, 1000000000000000000ll}, {9223372036854774784.0, 9223372000000000000ll},
+      {9223372036854775808.0, kMax}, {1e30, kMax}, {-1e30, -kMax}, {inf, kMax}, {-inf, -kMax},
+      {std::nan(""), 0}, {0.999, 0}, {-0.5, 0}, {1.0, 1}};
+  // clang-format on
   for (const auto& [d, want] : cases) EXPECT_EQ(Of(NxInt64(d)), want) << d;
   std::mt19937_64 random(99);
   std::uniform_real_distribution<double> exponent(0.0, 18.9);
@@ -210,16 +150,12 @@ std::string Print(int64_t v, const char* format, const char* start = "") {
 }
 
 TEST(Int64, PrintInEveryBase) {
-  const std::pair<int64_t, const char*> values[] = {{255, "255 0377 0xff 0XFF"},
-                                                    {-255, "-255 -0377 -0xff -0XFF"},
-                                                    {0, "0 00 0x0 0X0"},
-                                                    {kMin,
-                                                     "-9223372036854775808 "
-                                                     "01000000000000000000000 "
-                                                     "0x8000000000000000 0X8000000000000000"},
-                                                    {kMax,
-                                                     "9223372036854775807 0777777777777777777777 "
-                                                     "0x7fffffffffffffff 0X7FFFFFFFFFFFFFFF"}};
+  // clang-format off
+  const std::pair<int64_t, const char*> values[] = {
+      {255, "255 0377 0xff 0XFF"}, {-255, "-255 -0377 -0xff -0XFF"}, {0, "0 00 0x0 0X0"},
+      {kMin, "-9223372036854775808 01000000000000000000000 0x8000000000000000 0X8000000000000000"},
+      {kMax, "9223372036854775807 0777777777777777777777 0x7fffffffffffffff 0X7FFFFFFFFFFFFFFF"}};
+  // clang-format on
   for (const auto& [v, want] : values) {
     EXPECT_EQ(Print(v, "%S") + " " + Print(v, "%o") + " " + Print(v, "%x") + " " + Print(v, "%X"),
               want);
@@ -241,35 +177,15 @@ int64_t Scan(const char* text, const char* format, int64_t start = 42) {
 }
 
 TEST(Int64, ScanTakesTheBaseFromTheText) {
-  const struct {
-    const char* text;
-    const char* format;
-    int64_t want;
-  } cases[] = {
-      {"077", "%S", 63},
-      {"077", "%d", -1},
-      {"077", "%o", 63},
-      {"0", "%d", -1},
-      {"0", "%S", 0},
-      {"0x1F", "%x", 31},
-      {"0XfF", "%X", 255},
-      {"1F", "%x", -1},
-      {"12a", "%d", -1},
-      {"12 ", "%S", -1},
-      {"12 days", "%S days", 12},
-      {"12", "%S days", -1},
-      {"12 days!", "%S days", -1},
-      {"-42", "%i", -42},
-      {"+42", "%S", 42},
-      {"z", "%S", -1},
-      {"%7", "%%d", 7},
-      {"9", "%o", -1},
-      {"-9223372036854775808", "%S", kMin},
-      {"18446744073709551617", "%S", 1},
-      {"", "%S", 42},
-      {"5", "", 42},
-      {"5", nullptr, 5},
-  };
+  // clang-format off
+  const struct { const char* text; const char* format; int64_t want; } cases[] = {
+      {"077", "%S", 63}, {"077", "%d", -1}, {"077", "%o", 63}, {"0", "%d", -1}, {"0", "%S", 0},
+      {"0x1F", "%x", 31}, {"0XfF", "%X", 255}, {"1F", "%x", -1}, {"12a", "%d", -1},
+      {"12 ", "%S", -1}, {"12 days", "%S days", 12}, {"12", "%S days", -1},
+      {"12 days!", "%S days", -1}, {"-42", "%i", -42}, {"+42", "%S", 42}, {"z", "%S", -1},
+      {"%7", "%%d", 7}, {"9", "%o", -1}, {"-9223372036854775808", "%S", kMin},
+      {"18446744073709551617", "%S", 1}, {"", "%S", 42}, {"5", "", 42}, {"5", nullptr, 5}};
+  // clang-format on
   for (const auto& c : cases)
     EXPECT_EQ(Scan(c.text, c.format), c.want) << '"' << c.text << "\" with " << c.format;
   const unsigned short wide[] = {'0', 'x', '1', 'F', 0};
@@ -331,29 +247,6 @@ TEST_F(Int64Row, DiskFormKeepsTheLowWordFirst) {
   EXPECT_EQ(mgr.DiskLenGet(NxTYPE_NxInt64, nullptr, 2, 3, 8), 24u);
   EXPECT_EQ(mgr.DiskLenGetFromMemFile(NxTYPE_NxInt64, nullptr, 1, 3), 24u);
   EXPECT_EQ(mgr.RowGet(NxTYPE_NxInt64)->NullSizeGet(3), 24u);
-  NxInt64 copy[2];
-  EXPECT_EQ(mgr.Translate(NxTYPE_NxInt64, copy, 8, 0, values, 8, 0, 2), 16u);
-  EXPECT_TRUE(copy[1] == values[1]);
-}
-
-TEST_F(Int64Row, ArraysHaveAHiddenCountFromTwoUp) {
-  NxInt64* one = static_cast<NxInt64*>(mgr.Create(NxTYPE_NxInt64, 1));
-  ASSERT_NE(one, nullptr);
-  EXPECT_EQ(Of(*one), 0);
-  mgr.Delete(NxTYPE_NxInt64, one, 1);
-  NxInt64* three = static_cast<NxInt64*>(mgr.Create(NxTYPE_NxInt64, 3));
-  ASSERT_NE(three, nullptr);
-  uint32_t hidden;
-  std::memcpy(&hidden, reinterpret_cast<char*>(three) - 4, 4);
-  EXPECT_EQ(hidden, 3u);
-  EXPECT_EQ(Of(three[2]), 0);
-  NxInt64 source = Make(-9);
-  mgr.RowGet(NxTYPE_NxInt64)->Assignment(three, &source, 3, 1);
-  EXPECT_EQ(Of(three[2]), -9);
-  mgr.RowGet(NxTYPE_NxInt64)->Constructor(three, 3, 0);
-  EXPECT_EQ(Of(three[1]), 0);
-  mgr.Delete(NxTYPE_NxInt64, three, 3);
-  EXPECT_EQ(mgr.SupportsNullValue(NxTYPE_NxInt64), 0);
 }
 
 TEST_F(Int64Row, TextThroughTheManager) {
@@ -364,27 +257,14 @@ TEST_F(Int64Row, TextThroughTheManager) {
   NxString array;
   mgr.PrintToNxString(NxTYPE_NxInt64, array, values, "%x", 2);
   EXPECT_STREQ(array.StrGet(), "0x8000000000000000,-0x1");
-  NxString text("0x10");
-  EXPECT_EQ(mgr.ScanFromNxString(NxTYPE_NxInt64, values, text, nullptr, 1), values);
-  EXPECT_EQ(Of(values[0]), 16);
-
   NxTypeConvertData* carrier = mgr.ConvertTo(NxTYPE_NxInt64, values, 2);
-  ASSERT_NE(carrier, nullptr);
-  EXPECT_STREQ(carrier->GetString(0)->StrGet(), "16");
-  EXPECT_STREQ(carrier->GetString(1)->StrGet(), "-1");
+  EXPECT_STREQ(carrier->GetString(0)->StrGet(), "-9223372036854775808");
   carrier->GetString(1)->SetNullValue();  // a null string gives 0, as a missing one does
   NxInt64* back = static_cast<NxInt64*>(mgr.ConvertFrom(NxTYPE_NxInt64, carrier, 3));
-  ASSERT_NE(back, nullptr);
-  EXPECT_EQ(Of(back[0]), 16);
-  EXPECT_EQ(Of(back[1]), 0);
-  EXPECT_EQ(Of(back[2]), 0);
+  EXPECT_EQ(Of(back[0]), kMin);
+  EXPECT_EQ(Of(back[1]) | Of(back[2]), 0);
   mgr.Delete(NxTYPE_NxInt64, back, 3);
   delete carrier;
-
-  NxInt64* defaults = static_cast<NxInt64*>(mgr.DefaultValue(NxTYPE_NxInt64, 2, 1));
-  ASSERT_NE(defaults, nullptr);
-  EXPECT_EQ(Of(defaults[0]) | Of(defaults[1]), 0);
-  mgr.Delete(NxTYPE_NxInt64, defaults, 2);
 }
 
 }  // namespace
