@@ -4,6 +4,8 @@
 #define NXTM_SRC_NXROWS_H
 
 #include <cstddef>
+#include <cstdlib>
+#include <cstring>
 
 #include <nxtm/nxtm.h>
 
@@ -63,6 +65,40 @@ void* StringScan(void* value, NxString& text, const char* format, uint32_t count
 // The default of a row without a null: what its ConvertFrom makes of
 // `count` empty strings.
 void* DefaultFromEmptyStrings(NxConvertFromFunc convertFrom, uint32_t count);
+
+// Arrays of the class rows without a destructor (NxInt64, NxBoolean, the
+// null-capable numbers): `count` 0 or 1 is one element with nothing in
+// front; from 2 up `header` bytes stand in front of element 0, the hidden
+// 32-bit element count in the last four of them.  Elements come zeroed;
+// null when no memory is left.
+inline void* ClassArrayCreate(uint32_t count, size_t elementSize, size_t header) {
+  if (count < 2) return std::calloc(1, elementSize);
+  char* block =
+      static_cast<char*>(std::calloc(1, header + static_cast<size_t>(count) * elementSize));
+  if (block == nullptr) return nullptr;
+  std::memcpy(block + header - 4, &count, 4);
+  return block + header;
+}
+inline void ClassArrayDelete(void* value, uint32_t count, size_t header) {
+  if (value == nullptr) return;
+  std::free(count < 2 ? value : static_cast<char*>(value) - header);
+}
+template <typename T>
+constexpr size_t ClassArrayHeader() {
+  return alignof(T) > 4 ? alignof(T) : 4;
+}
+
+// True when `text` (8-bit) begins with the null print string, compared over
+// the whole length of that string.
+bool StartsWithNullPrintString(const char* text);
+
+// Slots of the row NxInt64 that the row NxNull_NxInt64 builds on.
+uint32_t Int64Store(void* disk, const void* memory, unsigned char format, uint32_t count);
+uint32_t Int64Load(void* memory, const void* disk, unsigned char format, uint32_t count);
+uint32_t Int64SizeGet(const void* value, unsigned char valueFormat, unsigned char diskFormat,
+                      uint32_t count);
+NxString& Int64Print(NxString& result, void* value, const char* format, uint32_t count);
+void* Int64Scan(void* value, NxString& text, const char* format, uint32_t count);
 
 // The functions of the row `illegal`: they do nothing and say nothing, and
 // none of them writes to an argument.  Rows hold them in every slot that

@@ -1152,18 +1152,408 @@ NxTypeDesc blockIdRow = ScalarRow("BlockId", 4, "#%lu", kLongSet, DwordCompare);
 NxTypeDesc dIntervalRow = IntervalRow();
 
 // ---------------------------------------------------------------------------
-// Null-capable scalars.
-NxTypeDesc nullCharRow = IllegalLike("NxNull_char", 2, 1, "%c");
-NxTypeDesc nullUcharRow = IllegalLike("NxNull_uchar", 2, 1, "%c");
-NxTypeDesc nullShortRow = IllegalLike("NxNull_short", 4, 1, "%hd");
-NxTypeDesc nullUshortRow = IllegalLike("NxNull_ushort", 4, 1, "%hu");
-NxTypeDesc nullIntRow = IllegalLike("NxNull_int", 8, 1, "%d");
-NxTypeDesc nullUnsignedRow = IllegalLike("NxNull_unsigned", 8, 1, "%u");
-NxTypeDesc nullLongRow = IllegalLike("NxNull_long", 8, 1, "%ld");
-NxTypeDesc nullUlongRow = IllegalLike("NxNull_ulong", 8, 1, "%lu");
-NxTypeDesc nullFloatRow = IllegalLike("NxNull_float", 8, 1, "%f");
-NxTypeDesc nullDoubleRow = IllegalLike("NxNull_double", 16, 1, "%lf");
-NxTypeDesc nullInt64Row = IllegalLike("NxNull_NxInt64", 12, 1, "%S");
+// Null-capable scalars.  One design for eleven value types: an element is a
+// value and a flag (NxNull<T>).  On disk the flag byte stands in front of the
+// value; in the packed form of format 8 it stands behind it, so that the
+// packed form of one element is the front of its memory element.
+
+bool StartsWithNullPrintString(const char* text) {
+  const NxString& null = detail::nullPrintString;
+  NxString narrow(NxString::GetDefault8CodeSet(), NxString::GetDefaultLanguage());
+  const char* mark = null.StrGet();
+  if (null.codeSet > 224) {
+    narrow += null;
+    mark = narrow.StrGet();
+  }
+  return std::strncmp(text, mark, std::strlen(mark)) == 0;
+}
+
+namespace {
+
+// What differs between the rows: the value type, the disk functions and
+// disk size of the value, its print, scan and carrier text.
+struct NullCharTraits {
+  using Value = signed char;
+  static constexpr NxStoreFunc store = CharStore;
+  static constexpr NxLoadFunc load = CharStore;
+  static constexpr NxSizeGetFunc size = CharSizeGet;
+  static NxString& Print(NxString& r, Value& v, const char* f) { return PrintInteger(r, v, f); }
+  static void Scan(Value& v, NxString& t, const char* f) { ByteScan(&v, t, f, 1); }
+  static NxString Text(Value v) { return NxString(static_cast<char>(v)); }
+  static Value FromText(NxString& s) {
+    return static_cast<Value>(static_cast<uint8_t>(static_cast<int>(s)));
+  }
+};
+
+struct NullUcharTraits {
+  using Value = unsigned char;
+  static constexpr NxStoreFunc store = CharStore;
+  static constexpr NxLoadFunc load = CharStore;
+  static constexpr NxSizeGetFunc size = CharSizeGet;
+  static NxString& Print(NxString& r, Value& v, const char* f) { return PrintInteger(r, v, f); }
+  static void Scan(Value& v, NxString& t, const char* f) { ByteScan(&v, t, f, 1); }
+  static NxString Text(Value v) { return NxString(static_cast<int>(v)); }
+  static Value FromText(NxString& s) { return static_cast<Value>(static_cast<int>(s)); }
+};
+
+struct NullShortTraits {
+  using Value = int16_t;
+  static constexpr NxStoreFunc store = ShortStore;
+  static constexpr NxLoadFunc load = ShortStore;
+  static constexpr NxSizeGetFunc size = ShortSizeGet;
+  static NxString& Print(NxString& r, Value& v, const char* f) { return PrintInteger(r, v, f); }
+  static void Scan(Value& v, NxString& t, const char* f) { PlainScan<2>(&v, t, f, 1); }
+  static NxString Text(Value v) { return NxString(static_cast<short>(v)); }
+  static Value FromText(NxString& s) {
+    return static_cast<Value>(static_cast<uint16_t>(static_cast<int>(s)));
+  }
+};
+
+struct NullUshortTraits {
+  using Value = uint16_t;
+  static constexpr NxStoreFunc store = ShortStore;
+  static constexpr NxLoadFunc load = ShortStore;
+  static constexpr NxSizeGetFunc size = ShortSizeGet;
+  static NxString& Print(NxString& r, Value& v, const char* f) { return PrintInteger(r, v, f); }
+  static void Scan(Value& v, NxString& t, const char* f) { PlainScan<2>(&v, t, f, 1); }
+  static NxString Text(Value v) { return NxString(static_cast<unsigned short>(v)); }
+  static Value FromText(NxString& s) { return static_cast<Value>(static_cast<int>(s)); }
+};
+
+// int and unsigned share the disk functions of int, as the base library
+// lays both out alike.
+template <typename V, typename TextType>
+struct NullIntTraits {
+  using Value = V;
+  static constexpr NxStoreFunc store = IntStore;
+  static constexpr NxLoadFunc load = IntLoad;
+  static constexpr NxSizeGetFunc size = IntSizeGet;
+  static NxString& Print(NxString& r, Value& v, const char* f) { return PrintInteger(r, v, f); }
+  static void Scan(Value& v, NxString& t, const char* f) { PlainScan<4>(&v, t, f, 1); }
+  static NxString Text(Value v) { return NxString(static_cast<TextType>(v)); }
+  static Value FromText(NxString& s) {
+    return static_cast<Value>(static_cast<uint32_t>(static_cast<int>(s)));
+  }
+};
+
+template <typename V, typename TextType>
+struct NullLongTraits {
+  using Value = V;
+  static constexpr NxStoreFunc store = LongStore;
+  static constexpr NxLoadFunc load = LongStore;
+  static constexpr NxSizeGetFunc size = LongSizeGet;
+  static NxString& Print(NxString& r, Value& v, const char* f) { return PrintInteger(r, v, f); }
+  static void Scan(Value& v, NxString& t, const char* f) { PlainScan<4>(&v, t, f, 1); }
+  static NxString Text(Value v) { return NxString(static_cast<TextType>(v)); }
+  static Value FromText(NxString& s) {
+    return static_cast<Value>(static_cast<uint32_t>(static_cast<long>(s)));
+  }
+};
+
+struct NullFloatTraits {
+  using Value = float;
+  static constexpr NxStoreFunc store = FloatStore;
+  static constexpr NxLoadFunc load = FloatStore;
+  static constexpr NxSizeGetFunc size = FloatSizeGet;
+  static NxString& Print(NxString& r, Value& v, const char* f) { return FloatPrint(r, &v, f, 1); }
+  static void Scan(Value& v, NxString& t, const char* f) { PlainScan<4>(&v, t, f, 1); }
+  static NxString Text(Value v) { return NxString(static_cast<double>(v)); }
+  static Value FromText(NxString& s) { return FloatValue(s); }
+};
+
+// The double prints and scans as the double row does, the portable
+// "ldexp(" form included, so that its text reads back bit for bit.
+struct NullDoubleTraits {
+  using Value = double;
+  static constexpr NxStoreFunc store = DoubleStore;
+  static constexpr NxLoadFunc load = DoubleStore;
+  static constexpr NxSizeGetFunc size = DoubleSizeGet;
+  static NxString& Print(NxString& r, Value& v, const char* f) { return DoublePrint(r, &v, f, 1); }
+  static void Scan(Value& v, NxString& t, const char* f) { DoubleScan(&v, t, f, 1); }
+  static NxString Text(Value v) { return NxString(v); }
+  static Value FromText(NxString& s) { return static_cast<double>(s); }
+};
+
+// NxInt64 prints and scans through the row NxInt64; its print of a value
+// appends to `result`.
+struct NullInt64Traits {
+  using Value = NxInt64;
+  static constexpr NxStoreFunc store = Int64Store;
+  static constexpr NxLoadFunc load = Int64Load;
+  static constexpr NxSizeGetFunc size = Int64SizeGet;
+  static NxString& Print(NxString& r, Value& v, const char* f) { return Int64Print(r, &v, f, 1); }
+  static void Scan(Value& v, NxString& t, const char* f) { Int64Scan(&v, t, f, 1); }
+  static NxString Text(Value v) {
+    NxString text;
+    v.PrintToNxString(text, nullptr);
+    return text;
+  }
+  static Value FromText(NxString& s) {
+    NxInt64 v;
+    v.ScanFromNxString(s, nullptr);
+    return v;
+  }
+};
+
+template <typename Traits>
+struct NullRowFunctions {
+  using Value = typename Traits::Value;
+  using Element = NxNull<Value>;
+  static constexpr size_t kHeader = ClassArrayHeader<Element>();
+
+  static void* Create(uint32_t count) {
+    void* block = ClassArrayCreate(count, sizeof(Element), kHeader);
+    if (block != nullptr) Constructor(block, count < 2 ? 1 : count, 0);
+    return block;
+  }
+
+  static void* Delete(void* value, uint32_t count) {
+    ClassArrayDelete(value, count, kHeader);
+    return nullptr;
+  }
+
+  static void Constructor(void* memory, uint32_t count, uint32_t) {
+    if (memory == nullptr) return;
+    Element* e = static_cast<Element*>(memory);
+    for (uint32_t i = 0; i < count; ++i) new (&e[i]) Element();
+  }
+
+  static void Destructor(void*, uint32_t, uint32_t) {}
+
+  static void Assignment(void* destination, void* source, uint32_t count, int broadcast) {
+    Element* d = static_cast<Element*>(destination);
+    const Element* s = static_cast<const Element*>(source);
+    for (uint32_t i = 0; i < count; ++i) d[i] = broadcast ? s[0] : s[i];
+  }
+
+  static void Copy(void* destination, void* source, uint32_t count, int broadcast) {
+    Element* d = static_cast<Element*>(destination);
+    const Element* s = static_cast<const Element*>(source);
+    for (uint32_t i = 0; i < count; ++i) new (&d[i]) Element(broadcast ? s[0] : s[i]);
+  }
+
+  // The values go through the value type's disk function a block at a
+  // time: gathered into one packed array, moved by one call, and laid out
+  // with their flags.  A flag is one byte, the same in every format.  A disk
+  // width beyond the packed array's room (no base library has one) moves
+  // value by value.
+  static constexpr uint32_t kBlock = 128;
+  static constexpr uint32_t kPackedBytes = kBlock * 16;
+  static uint32_t Smaller(uint32_t a, uint32_t b) { return a < b ? a : b; }
+
+  static uint32_t Store(void* disk, const void* memory, unsigned char format, uint32_t count) {
+    if (count == 0) return 0;
+    format &= 0x0F;
+    const bool flagFirst = (format & 8) == 0;
+    const uint32_t width = Traits::size(nullptr, 8, format, 1);
+    const uint32_t block = width == 0 ? 1 : Smaller(kBlock, kPackedBytes / width);
+    unsigned char* d = static_cast<unsigned char*>(disk);
+    const Element* e = static_cast<const Element*>(memory);
+    Value values[kBlock];
+    unsigned char packed[kPackedBytes];
+    uint32_t n = 0;
+    for (uint32_t first = 0; first < count; first += block != 0 ? block : 1) {
+      if (block == 0) {
+        if (flagFirst) d[n++] = e[first].isNull != 0 ? 1 : 0;
+        n += Traits::store(d + n, &e[first].value, format, 1);
+        if (!flagFirst) d[n++] = e[first].isNull != 0 ? 1 : 0;
+        continue;
+      }
+      const uint32_t here = Smaller(block, count - first);
+      for (uint32_t i = 0; i < here; ++i) values[i] = e[first + i].value;
+      const uint32_t bytes = Traits::store(packed, values, format, here);
+      const uint32_t each = bytes / here;
+      for (uint32_t i = 0; i < here; ++i) {
+        const unsigned char flag = e[first + i].isNull != 0 ? 1 : 0;
+        if (flagFirst) d[n++] = flag;
+        if (each == sizeof(Value))
+          std::memcpy(d + n, packed + i * sizeof(Value), sizeof(Value));
+        else
+          std::memcpy(d + n, packed + i * each, each);
+        n += each;
+        if (!flagFirst) d[n++] = flag;
+      }
+    }
+    return n;
+  }
+
+  // A flag byte of 1 makes the element null, with value 0; any other byte
+  // counts as not null.
+  static uint32_t Load(void* memory, const void* disk, unsigned char format, uint32_t count) {
+    if (count == 0) return 0;
+    format &= 0x0F;
+    const bool flagFirst = (format & 8) == 0;
+    const uint32_t width = Traits::size(nullptr, 8, format, 1);
+    const uint32_t block = width == 0 ? 1 : Smaller(kBlock, kPackedBytes / width);
+    const unsigned char* s = static_cast<const unsigned char*>(disk);
+    Element* e = static_cast<Element*>(memory);
+    Value values[kBlock];
+    unsigned char packed[kPackedBytes];
+    unsigned char flags[kBlock];
+    uint32_t n = 0;
+    for (uint32_t first = 0; first < count; first += block != 0 ? block : 1) {
+      if (block == 0) {
+        unsigned char flag = 0;
+        if (flagFirst) flag = s[n++];
+        n += Traits::load(&e[first].value, s + n, format, 1);
+        if (!flagFirst) flag = s[n++];
+        e[first].isNull = 0;
+        if (flag == 1) e[first].SetNullValue();
+        continue;
+      }
+      const uint32_t here = Smaller(block, count - first);
+      for (uint32_t i = 0; i < here; ++i) {
+        if (flagFirst) flags[i] = s[n++];
+        if (width == sizeof(Value))
+          std::memcpy(packed + i * sizeof(Value), s + n, sizeof(Value));
+        else
+          std::memcpy(packed + i * width, s + n, width);
+        n += width;
+        if (!flagFirst) flags[i] = s[n++];
+      }
+      Traits::load(values, packed, format, here);
+      for (uint32_t i = 0; i < here; ++i) {
+        Element& element = e[first + i];
+        element.value = values[i];
+        element.isNull = 0;
+        if (flags[i] == 1) element.SetNullValue();
+      }
+    }
+    return n;
+  }
+
+  // The value's disk size plus one flag byte per element, in every format.
+  static uint32_t NullSizeGet(uint32_t count) { return Traits::size(nullptr, 0, 0, count) + count; }
+  static uint32_t SizeGet(const void*, unsigned char, unsigned char, uint32_t count) {
+    return NullSizeGet(count);
+  }
+  static uint32_t SizeGetFromMemFile(MemFile*, unsigned char, uint32_t count) {
+    return NullSizeGet(count);
+  }
+
+  static uint32_t Translate(void* destination, unsigned char destinationFormat,
+                            uint32_t destinationSize, void* source, unsigned char sourceFormat,
+                            uint32_t sourceSize, uint32_t count) {
+    destinationFormat &= 0x0F;
+    const bool destinationInMemory = (destinationFormat & 8) != 0;
+    const bool sourceInMemory = (sourceFormat & 8) != 0;
+    if (destinationInMemory && sourceInMemory) {
+      const size_t bytes = static_cast<size_t>(count) * sizeof(Element);
+      if (bytes != 0) std::memmove(destination, source, bytes);
+      return static_cast<uint32_t>(bytes);
+    }
+    if (destinationInMemory) return Load(destination, source, sourceFormat, count);
+    if (sourceInMemory) return Store(destination, source, destinationFormat, count);
+    return DiskToDiskCopy(destination, destinationSize, source, sourceSize);
+  }
+
+  static int IsNull(void* value) { return static_cast<Element*>(value)->isNull; }
+  static int SetNull(void* value) { return static_cast<Element*>(value)->SetNullValue(); }
+
+  static NxTypeConvertData* ConvertTo(void* value, uint32_t count) {
+    NxString* strings = NewStrings(count);
+    if (strings == nullptr) return nullptr;
+    const Element* e = static_cast<const Element*>(value);
+    for (uint32_t i = 0; i < count; ++i) {
+      if (e[i].isNull != 0)
+        strings[i].SetNullValue();
+      else
+        strings[i] += Traits::Text(e[i].value);
+    }
+    NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, strings, nullptr);
+    if (data == nullptr) StringDelete(strings, count);
+    return data;
+  }
+
+  // A missing or null string leaves the new element null.
+  static void* ConvertFrom(NxTypeConvertData* data, uint32_t count) {
+    Element* result = static_cast<Element*>(Create(count));
+    if (result == nullptr || count == 0) return result;
+    for (uint32_t i = 0; i < count; ++i) {
+      NxString* s = data != nullptr ? data->GetString(static_cast<int>(i)) : nullptr;
+      if (s != nullptr && !s->IsNullValue()) result[i] = Element(Traits::FromText(*s));
+    }
+    return result;
+  }
+
+  // One element: `count` is not looked at, arrays go through the manager.
+  static NxString& Print(NxString& result, void* value, const char* format, uint32_t) {
+    Element& e = *static_cast<Element*>(value);
+    if (e.isNull != 0) {
+      result = detail::nullPrintString;
+      return result;
+    }
+    return Traits::Print(result, e.value, format);
+  }
+
+  // Empty text and text that begins with the null print string give null;
+  // otherwise the element takes what the value's scan reads, starting from
+  // the number it holds, and is not null.
+  static void* Scan(void* value, NxString& text, const char* format, uint32_t) {
+    if (value == nullptr) return nullptr;
+    NxString narrow(NxString::GetDefault8CodeSet(), NxString::GetDefaultLanguage());
+    NxString* input = &text;
+    if (text.codeSet > 224) {
+      narrow += text;
+      input = &narrow;
+    }
+    Element& e = *static_cast<Element*>(value);
+    const char* chars = input->StrGet();
+    if (chars[0] == '\0' || StartsWithNullPrintString(chars)) {
+      e.SetNullValue();
+      return value;
+    }
+    Value v = e.value;
+    Traits::Scan(v, *input, format);
+    e = Element(v);
+    return value;
+  }
+
+  static void* DefaultValue(uint32_t count, int) { return Create(count); }
+};
+
+template <typename Traits>
+constexpr NxTypeDesc NullScalarRow(const char* name, const char* format) {
+  using F = NullRowFunctions<Traits>;
+  NxTypeDesc row = IllegalLike(name, sizeof(typename F::Element), 1, format);
+  row.Create = F::Create;
+  row.Delete = F::Delete;
+  row.Store = F::Store;
+  row.Load = F::Load;
+  row.NullSizeGet = F::NullSizeGet;
+  row.SizeGet = F::SizeGet;
+  row.SizeGetFromMemFile = F::SizeGetFromMemFile;
+  row.ConvertTo = F::ConvertTo;
+  row.ConvertFrom = F::ConvertFrom;
+  row.Constructor = F::Constructor;
+  row.Destructor = F::Destructor;
+  row.Assignment = F::Assignment;
+  row.Copy = F::Copy;
+  row.Translate = F::Translate;
+  row.IsNull = F::IsNull;
+  row.SetNull = F::SetNull;
+  row.PrintToString = F::Print;
+  row.ScanFromString = F::Scan;
+  row.DefaultValue = F::DefaultValue;
+  return row;
+}
+
+}  // namespace
+
+NxTypeDesc nullCharRow = NullScalarRow<NullCharTraits>("NxNull_char", "%c");
+NxTypeDesc nullUcharRow = NullScalarRow<NullUcharTraits>("NxNull_uchar", "%c");
+NxTypeDesc nullShortRow = NullScalarRow<NullShortTraits>("NxNull_short", "%hd");
+NxTypeDesc nullUshortRow = NullScalarRow<NullUshortTraits>("NxNull_ushort", "%hu");
+NxTypeDesc nullIntRow = NullScalarRow<NullIntTraits<int32_t, int>>("NxNull_int", "%d");
+NxTypeDesc nullUnsignedRow =
+    NullScalarRow<NullIntTraits<uint32_t, unsigned int>>("NxNull_unsigned", "%u");
+NxTypeDesc nullLongRow = NullScalarRow<NullLongTraits<int32_t, long>>("NxNull_long", "%ld");
+NxTypeDesc nullUlongRow =
+    NullScalarRow<NullLongTraits<uint32_t, unsigned long>>("NxNull_ulong", "%lu");
+NxTypeDesc nullFloatRow = NullScalarRow<NullFloatTraits>("NxNull_float", "%f");
+NxTypeDesc nullDoubleRow = NullScalarRow<NullDoubleTraits>("NxNull_double", "%lf");
+NxTypeDesc nullInt64Row = NullScalarRow<NullInt64Traits>("NxNull_NxInt64", "%S");
+
 NxTypeDesc illegalRow = IllegalLike("illegal", 0, 1, "illegal");
 
 // The string row of the older disk form: the properties of row 11, no null.
