@@ -12,8 +12,7 @@
 
 namespace {
 
-// 2004-01-05 13:30:09 UTC.
-constexpr int64_t kInstant = 1073309409000LL;
+constexpr int64_t kInstant = 1073309409000LL;  // 2004-01-05 13:30:09 UTC
 
 class Format : public ::testing::Test {
  protected:
@@ -121,37 +120,25 @@ TEST_F(Format, RowsPrintTheirRecords) {
   NxTime time(0, 5, 9);
   EXPECT_EQ(Print(NxTYPE_NxTime, &time), "12:05:09 am");
   EXPECT_EQ(Print(NxTYPE_NxTime, &time, "%Y-%m-%d"), "2004-01-05");
-  NxString t;
-  EXPECT_STREQ(time.PrintToNxString(t).StrGet(), "00:05:09");
-  const NxTime noon(12, 0, 0);
-  const NxTime afternoon(13, 30, 0);
-  EXPECT_EQ(Print(NxTYPE_NxTime, &noon), "12:00:00 pm");
-  EXPECT_EQ(Print(NxTYPE_NxTime, &afternoon), "01:30:00 pm");
   NxDateTime dt = At(2004, 1, 5, 13, 30, 0);
   NxString u;
   EXPECT_STREQ(dt.PrintToNxString(u).StrGet(), "2004-01-05T13:30:00");
-  EXPECT_EQ(Print(NxTYPE_NxDateTime, &dt), "Mon 05.Jan 2004 01:30:00 pm");
 
   const d_Date dDate(2004, 1, 5);
   EXPECT_EQ(Print(NxTYPE_d_Date, &dDate), "Mon Jan 05");
-  EXPECT_EQ(Print(NxTYPE_d_Date, &dDate, "%H:%M:%S"), "00:00:00");
   // The day name is NxDate's reckoning whatever the class: 1582-10-10 is a
   // Sunday in the Gregorian calendar.
   const d_Date gap(1582, 10, 10);
-  EXPECT_EQ(Print(NxTYPE_d_Date, &gap, "%A"), "Sunday");
-  const d_Time dTime(10, 0, 7.99f, 2, 0);  // stored as 12:00
-  EXPECT_EQ(Print(NxTYPE_d_Time, &dTime), "10:00:07 am");
-  EXPECT_EQ(Print(NxTYPE_d_Time, &dTime, "%Y-%m-%d"), "0000-01-01");
+  EXPECT_EQ(Print(NxTYPE_d_Date, &gap, "%A %H"), "Sunday 00");
+  const d_Time dTime(10, 0, 7.99f, 2, 0);  // stored as 12:00, local 10:00
+  EXPECT_EQ(Print(NxTYPE_d_Time, &dTime, "%Y-%m-%d %I:%M:%S %p"), "0000-01-01 10:00:07 am");
   const d_Timestamp stamp(d_Date(2004, 1, 5), d_Time(23, 59, 59.0f, -5, 0));
   EXPECT_EQ(Print(NxTYPE_d_Timestamp, &stamp), "Mon Jan 05 11:59:59 pm");
-
   const d_Interval interval(1, 2, 3, 4.5f);
   EXPECT_EQ(Print(NxTYPE_d_Interval, &interval), "01 days, 02 hours, 03 minutes, 04 seconds");
-  const d_Interval fifteen(0, 15, 0, 0);
+  const d_Interval fifteen(0, 15, 0, 0);  // the row format shows hours through %I
   EXPECT_EQ(Print(NxTYPE_d_Interval, &fifteen), "00 days, 03 hours, 00 minutes, 00 seconds");
-  EXPECT_EQ(Print(NxTYPE_d_Interval, &fifteen, "%H"), "15");
 
-  // Arrays: one text per element, separated by commas.
   const NxDate two[2] = {NxDate(2000, 1, 1), NxDate(2000, 1, 2)};
   NxString both;
   mgr.PrintToNxString(NxTYPE_NxDate, both, const_cast<NxDate*>(two), "%d", 2);
@@ -195,32 +182,20 @@ TEST_F(Format, EveryItemScans) {
       {"%Y%q%m", "2004x03", At(2004, 3, 1, 0, 0, 0)},
       {"%Y-%", "2004-", At(2004, 1, 1, 0, 0, 0)},
       {"", "2004-01-05", At(0, 1, 1, 0, 0, 0)},
-  };
-  for (const auto& c : cases) {
-    const NxDateTime got = Scan(c.text, c.format);
-    EXPECT_EQ(got != c.want, 0) << c.format << " on '" << c.text << "': " << Show(got);
-  }
-}
-
-// Numbers take a fixed number of places whatever sscanf reads, and the
-// format alone decides what is passed over: nothing is checked.
-TEST_F(Format, FixedWidthsAndUncheckedText) {
-  const struct {
-    const char* format;
-    const char* text;
-    NxDateTime want;
-  } cases[] = {
+      // Numbers take a fixed number of places whatever sscanf reads, and the
+      // format alone decides what is passed over: nothing is checked.
       {"%H:%M", "9:30", At(0, 1, 1, 9, 0, 0)},
-      {"%H:%M", "09:30", At(0, 1, 1, 9, 30, 0)},
       {"%H:%M", "09-30", At(0, 1, 1, 9, 30, 0)},
-      {"%Y%m%d", "20040105", At(2004, 1, 5, 0, 0, 0)},
       {"%Y%m%d", "2004 1 5", At(2004, 1, 5, 0, 0, 0)},
       {"%Y-%m-%d", "2004-1-5", At(2004, 1, 1, 0, 0, 0)},  // "1-" is the month, "5" the "-"
       {"%H:%M:%S", "12:3", At(0, 1, 1, 12, 3, 0)},       // the text ends first
-      {"%H:%M:%S", "", At(0, 1, 1, 0, 0, 0)},
       {"%Y", "-123", At(-123, 1, 1, 0, 0, 0)},
-      {"%Y", "+99x", At(99, 1, 1, 0, 0, 0)},
       {"%H%M", "  1712", At(0, 1, 1, 17, 17, 0)},  // the blanks are the hour's two places
+      {"%Y", "{NULL", At(0, 1, 1, 0, 0, 0)},
+      // No date and time: the start record.
+      {"%Y-%m-%d", "2001-02-30", At(0, 1, 1, 0, 0, 0)},
+      {"%Y-%m-%d", "2004-13-01", At(0, 1, 1, 0, 0, 0)},
+      {"%H:%M", "12:60", At(0, 1, 1, 0, 0, 0)},
   };
   for (const auto& c : cases) {
     const NxDateTime got = Scan(c.text, c.format);
@@ -229,45 +204,27 @@ TEST_F(Format, FixedWidthsAndUncheckedText) {
 }
 
 // What cannot be a date and time becomes year 0, month 1, day 1, 00:00:00,
-// except a record that is all zeros.
-TEST_F(Format, InvalidRecordsReset) {
-  const NxDateTime start = At(0, 1, 1, 0, 0, 0);
-  EXPECT_EQ(Scan("2001-02-30", "%Y-%m-%d") != start, 0);
-  EXPECT_EQ(Scan("2004-13-01", "%Y-%m-%d") != start, 0);
-  EXPECT_EQ(Scan("12:60", "%H:%M") != start, 0);
+// except a record that is all zeros; the null print string gives null.
+TEST_F(Format, ResetNullAndWideText) {
   const NxDateTime zero = Scan("0000-00-00 00:00:00", "%Y-%m-%d %H:%M:%S");
-  EXPECT_EQ(zero != NxDateTime::Null(), 0) << Show(zero);
   EXPECT_EQ(zero.date.month, 0);
-
+  EXPECT_FALSE(zero.IsDaTime());
   NxTime late(1, 1, 1);
   NxString text("25:00:00");
-  late.ScanFromNxString(text);
-  EXPECT_TRUE(late == NxTime(0, 0, 0));
-}
+  EXPECT_TRUE(late.ScanFromNxString(text) == NxTime(0, 0, 0));
 
-TEST_F(Format, NullTextAndWideText) {
-  NxDateTime v = Scan("{NULL} and more", "%Y");
-  EXPECT_TRUE(v.IsNullValue());
+  EXPECT_TRUE(Scan("{NULL} and more", "%Y").IsNullValue());
   d_Date d(2000, 1, 1);
   NxString null("{NULL}");
   mgr.ScanFromNxString(NxTYPE_d_Date, &d, null, nullptr, 1);
-  EXPECT_EQ(d.year, -32768);
-  EXPECT_EQ(d.month, -128);
-  EXPECT_EQ(d.day, -128);
-  NxDate date(2000, 1, 1);
-  date.ScanFromNxString(null);
-  EXPECT_TRUE(date.IsNullValue());
-  EXPECT_EQ(Scan("{NULL", "%Y") != At(0, 1, 1, 0, 0, 0), 0);
+  EXPECT_EQ(d.year * 1000 + d.month * 10 + d.day, -32768 * 1000 - 1280 - 128);
 
   const unsigned short wide[] = {'0', '5', '.', '0', '1', '.', '2', '0', '0', '4', 0};
-  NxString text(wide);
-  ASSERT_GT(text.codeSet, 224);
+  NxString wideText(wide);
+  ASSERT_GT(wideText.codeSet, 224);
   NxDateTime w(NxDate(1, 1, 1), NxTime(1, 1, 1));
-  w.ScanFromNxString(text, "%d.%m.%Y");
-  EXPECT_EQ(w != At(2004, 1, 5, 0, 0, 0), 0) << Show(w);
-
-  EXPECT_EQ(mgr.ScanFromNxString(NxTYPE_NxDate, nullptr, text, nullptr, 1), nullptr);
-  EXPECT_EQ(mgr.ScanFromNxString(NxTYPE_d_Interval, nullptr, text, nullptr, 1), nullptr);
+  EXPECT_EQ(w.ScanFromNxString(wideText, "%d.%m.%Y") != At(2004, 1, 5, 0, 0, 0), 0) << Show(w);
+  EXPECT_EQ(mgr.ScanFromNxString(NxTYPE_d_Interval, nullptr, wideText, nullptr, 1), nullptr);
 }
 
 // The numbers of the scan are those of sscanf with a width: checked on
@@ -302,14 +259,6 @@ TEST_F(Format, RowsScanIntoTheirFields) {
   NxString text("Mon 05.Jan 2004");
   mgr.ScanFromNxString(NxTYPE_NxDate, &date, text, nullptr, 1);
   EXPECT_TRUE(date == NxDate(2004, 1, 5));
-  NxString iso("1999-12-31");
-  date.ScanFromNxString(iso);
-  EXPECT_TRUE(date == NxDate(1999, 12, 31));
-
-  NxTime time(1, 1, 1);
-  NxString clock("01:02:03 pm");
-  mgr.ScanFromNxString(NxTYPE_NxTime, &time, clock, nullptr, 1);
-  EXPECT_TRUE(time == NxTime(13, 2, 3));
 
   // d_Time takes the time back in the default zone, without hundredths.
   d_Time::set_default_Time_Zone(d_Time::GMT_3);
@@ -318,24 +267,14 @@ TEST_F(Format, RowsScanIntoTheirFields) {
   mgr.ScanFromNxString(NxTYPE_d_Time, &dTime, morning, nullptr, 1);
   EXPECT_EQ(dTime.zoneHour, -3);
   EXPECT_EQ(dTime.hour, 7);
-  EXPECT_EQ(dTime.minute, 20);
   EXPECT_EQ(dTime.second, 30);
   EXPECT_EQ(dTime.hundredth, 0);
-
   d_Timestamp stamp(d_Date(1, 1, 1), d_Time(0));
-  NxString when("Sun Feb 29 11:00:01 pm");
+  NxString when("Sun Feb 29 11:00:01 pm");  // the row format has no year: year 0, a leap year
   mgr.ScanFromNxString(NxTYPE_d_Timestamp, &stamp, when, nullptr, 1);
-  EXPECT_EQ(stamp.date.year, 0);  // the row format has no year
-  EXPECT_EQ(stamp.date.month, 2);
-  EXPECT_EQ(stamp.date.day, 29);
+  EXPECT_EQ(stamp.date.year * 10000 + stamp.date.month * 100 + stamp.date.day, 229);
   EXPECT_EQ(stamp.time.hour, 20);
   d_Time::set_default_Time_Zone(d_Time::GMT);
-
-  d_Date dDate(1, 1, 1);
-  NxString dText("Tue Mar 02");
-  mgr.ScanFromNxString(NxTYPE_d_Date, &dDate, dText, nullptr, 1);
-  EXPECT_EQ(dDate.month, 3);
-  EXPECT_EQ(dDate.day, 2);
 
   d_Interval interval(5);
   NxString span("01 days, 02 hours, 03 minutes, 04 seconds");
@@ -345,9 +284,6 @@ TEST_F(Format, RowsScanIntoTheirFields) {
   NxString nothing("00 days, 00 hours, 00 minutes, 00 seconds");
   mgr.ScanFromNxString(NxTYPE_d_Interval, &interval, nothing, nullptr, 1);
   EXPECT_FLOAT_EQ(interval.seconds, 86400.0f);
-  NxString hours("15");
-  mgr.ScanFromNxString(NxTYPE_d_Interval, &interval, hours, "%H", 1);
-  EXPECT_FLOAT_EQ(interval.seconds, 86400.0f + 15 * 3600.0f);
 }
 
 }  // namespace
