@@ -14,41 +14,36 @@ namespace {
 
 using cli::Args;
 
-// How one character of the text is shown: itself, or U+XXXX for controls,
-// spaces other than the plain one and lone surrogates.
-std::string Shown(uint32_t cp) {
-  char buffer[16];
-  if (cp <= 0x20 || (cp >= 0x7F && cp < 0xA0) || (cp >= 0xD800 && cp <= 0xDFFF) || cp == 0xA0 ||
-      (cp >= 0x2000 && cp <= 0x200F) || cp == 0xFEFF) {
-    std::snprintf(buffer, sizeof buffer, "<U+%04X>", cp);
+// How one character of the text is shown: itself, or <U+XXXX> for the
+// characters that show nothing or show alike (controls, format characters,
+// line breaks, every space, lone surrogates).
+std::string Shown(unsigned short c) {
+  const unsigned short order = NxChar(c, NxCS_UNICODE, NxLANG_NEUTRAL).Order();
+  if (order < 40 || (c >= 0xD800 && c <= 0xDFFF)) {
+    char buffer[16];
+    std::snprintf(buffer, sizeof buffer, "<U+%04X>", c);
     return buffer;
   }
-  std::string out;
-  cli::AppendUtf8(out, cp);
-  return out;
+  return cli::Utf8Of(c);
 }
 
 // True for the characters that a terminal shows two columns wide.
-bool IsWide(uint32_t cp) {
-  return (cp >= 0x1100 && cp <= 0x115F) || (cp >= 0x2E80 && cp <= 0xA4CF && cp != 0x303F) ||
-         (cp >= 0xAC00 && cp <= 0xD7A3) || (cp >= 0xF900 && cp <= 0xFAFF) ||
-         (cp >= 0xFE30 && cp <= 0xFE4F) || (cp >= 0xFF00 && cp <= 0xFF60) ||
-         (cp >= 0xFFE0 && cp <= 0xFFE6) || (cp >= 0x1F300 && cp <= 0x1FAFF) ||
-         (cp >= 0x20000 && cp <= 0x3FFFD);
+bool IsWide(unsigned short c) {
+  return (c >= 0x1100 && c <= 0x115F) || (c >= 0x2E80 && c <= 0xA4CF && c != 0x303F) ||
+         (c >= 0xAC00 && c <= 0xD7A3) || (c >= 0xF900 && c <= 0xFAFF) ||
+         (c >= 0xFE30 && c <= 0xFE4F) || (c >= 0xFF00 && c <= 0xFF60) ||
+         (c >= 0xFFE0 && c <= 0xFFE6);
 }
 
 // Display width of UTF-8 text in terminal columns.
 size_t Columns(const std::string& text) {
+  std::vector<char> bytes(text.begin(), text.end());
   size_t columns = 0;
-  for (size_t i = 0; i < text.size();) {
-    const unsigned char lead = static_cast<unsigned char>(text[i]);
-    size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    if (i + length > text.size()) length = text.size() - i;
-    uint32_t cp = length == 1 ? lead : lead & (0x7Fu >> length);
-    for (size_t k = 1; k < length; ++k)
-      cp = (cp << 6) | (static_cast<unsigned char>(text[i + k]) & 0x3Fu);
-    columns += IsWide(cp) ? 2 : 1;
-    i += length;
+  for (size_t i = 0; i < bytes.size();) {
+    unsigned short c = 0;
+    const int n = NxMultiByte2WChar(&c, bytes.data() + i, static_cast<unsigned>(bytes.size() - i));
+    columns += n > 0 && IsWide(c) ? 2 : 1;
+    i += n > 0 ? static_cast<size_t>(n) : 1;
   }
   return columns;
 }
@@ -113,7 +108,7 @@ const char* ClassOf(unsigned short order, unsigned char state) {
 
 // A row of the table, as text.
 struct Row {
-  std::string chars, order, kind, letter, accent, letterCase, extension, state, weight;
+  std::string chars, order, kind, letter, accent, letterCase, extension, state, weight, words;
 };
 
 int RunOrders(const Args& given) {
@@ -133,41 +128,32 @@ int RunOrders(const Args& given) {
   if (!ParseCodeSet(codeSetText, codeSet, problem)) return cli::Fail(problem);
   if (!ParseLanguage(languageText, language, problem)) return cli::Fail(problem);
 
-  std::vector<uint32_t> points;
-  size_t bad = 0;
-  if (!cli::DecodeUtf8(args[0], points, bad))
-    return cli::Fail("orders: TEXT is not valid UTF-8 (at byte " + std::to_string(bad) + ")");
-  std::vector<unsigned short> units;
-  for (uint32_t cp : points) cli::AppendUtf16(units, cp);
+  NxString unicode;
+  if (!cli::ReadUtf8(args[0], language, unicode, problem))
+    return cli::Fail("orders: TEXT: " + problem);
+  const unsigned short* units = reinterpret_cast<const unsigned short*>(unicode.StrGet());
+  const unsigned short count = unicode.Len();
 
   // The text in its code set, and how each of its characters is shown.
   std::vector<std::string> shown;
   std::vector<unsigned char> bytes;
   std::vector<unsigned short> wide;
   const NxCodeSet* target = NxLanguageContext::QueryCodeSet(codeSet);
-  if (codeSet > 224) {
-    for (unsigned short u : units) {
-      wide.push_back(codeSet == 253 ? u : target->MapFrom(u, 253));
+  for (unsigned short i = 0; i < count; ++i) {
+    const unsigned short u = units[i];
+    if (codeSet > 224) {
+      wide.push_back(codeSet == NxCS_UNICODE ? u : target->MapFrom(u, NxCS_UNICODE));
       shown.push_back(Shown(u));
-    }
-    wide.push_back(0);
-  } else {
-    for (size_t i = 0; i < units.size(); ++i) {
-      uint32_t cp = units[i];
-      unsigned short u = units[i];
-      if (cp >= 0xD800 && cp <= 0xDBFF && i + 1 < units.size()) {
-        cp = 0x10000 + ((cp - 0xD800) << 10) + (units[i + 1] - 0xDC00u);
-        u = 0xFFFD;  // outside the BMP: the code set's replacement
-        ++i;
-      }
-      const unsigned char byte = static_cast<unsigned char>(target->MapFrom(u, 253));
+    } else {
+      const unsigned char byte = static_cast<unsigned char>(target->MapFrom(u, NxCS_UNICODE));
       bytes.push_back(byte);
       // A character that the code set can't hold shows its replacement too.
       const unsigned short back = target->ToUnicode(byte);
-      shown.push_back(back == cp ? Shown(cp) : Shown(cp) + "\u2192" + Shown(back));
+      shown.push_back(back == u ? Shown(u) : Shown(u) + "\u2192" + Shown(back));
     }
-    bytes.push_back(0);
   }
+  wide.push_back(0);
+  bytes.push_back(0);
   const unsigned width = codeSet > 224 ? 2 : 1;
 
   NxStringIterator it =
@@ -176,7 +162,8 @@ int RunOrders(const Args& given) {
           : NxStringIterator(reinterpret_cast<const char*>(bytes.data()), codeSet, language, 1);
   const unsigned char* start = it.position;
   std::vector<Row> rows;
-  rows.push_back({"chars", "order", "class", "letter", "accent", "case", "ext", "state", "weight"});
+  rows.push_back(
+      {"chars", "order", "class", "letter", "accent", "case", "ext", "state", "weight", "words"});
   for (;;) {
     const bool continued =
         it.overflow != nullptr && it.overflowIndex < static_cast<int16_t>(it.overflow->count);
@@ -207,23 +194,32 @@ int RunOrders(const Args& given) {
     std::snprintf(buffer, sizeof buffer, "%08X",
                   static_cast<unsigned>(NxStringIterator::WeightOf(order, it.state)));
     row.weight = buffer;
+    if (order != 0 || pending) {
+      NxString words;
+      NxConvertOrderToString(order, it.state, words);
+      row.words = words.StrGet();
+      if (!row.words.empty() && row.words.back() == '\n') row.words.pop_back();
+    }
     rows.push_back(row);
     if (order == 0 && !pending) break;
   }
 
-  size_t w[9] = {};
+  constexpr int kColumns = 10;
+  size_t w[kColumns] = {};
   for (const Row& r : rows) {
-    const std::string* cells[9] = {&r.chars,      &r.order,     &r.kind,  &r.letter, &r.accent,
-                                   &r.letterCase, &r.extension, &r.state, &r.weight};
-    for (int k = 0; k < 9; ++k) w[k] = std::max(w[k], Columns(*cells[k]));
+    const std::string* cells[kColumns] = {&r.chars,  &r.order,      &r.kind,      &r.letter,
+                                          &r.accent, &r.letterCase, &r.extension, &r.state,
+                                          &r.weight, &r.words};
+    for (int k = 0; k < kColumns; ++k) w[k] = std::max(w[k], Columns(*cells[k]));
   }
   for (const Row& r : rows) {
-    const std::string* cells[9] = {&r.chars,      &r.order,     &r.kind,  &r.letter, &r.accent,
-                                   &r.letterCase, &r.extension, &r.state, &r.weight};
+    const std::string* cells[kColumns] = {&r.chars,  &r.order,      &r.kind,      &r.letter,
+                                          &r.accent, &r.letterCase, &r.extension, &r.state,
+                                          &r.weight, &r.words};
     std::string line;
-    for (int k = 0; k < 9; ++k) {
+    for (int k = 0; k < kColumns; ++k) {
       line += Padded(*cells[k], w[k]);
-      if (k < 8) line += "  ";
+      if (k < kColumns - 1) line += "  ";
     }
     while (!line.empty() && line.back() == ' ') line.pop_back();
     std::printf("%s\n", line.c_str());
@@ -262,7 +258,7 @@ int RunLanguages(const Args& args) {
 }
 
 const cli::Registrar kOrders({"orders", "orders TEXT [--codeset N] [--language N]",
-                              "collation elements of a text: order, class, fields, weight",
+                              "collation elements of a text: order, class, fields, weight, words",
                               RunOrders, 30});
 const cli::Registrar kCodeSets({"codesets", "codesets",
                                 "the code sets: number, name, width, order table", RunCodeSets,

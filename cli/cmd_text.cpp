@@ -16,102 +16,33 @@ namespace {
 using cli::Args;
 
 // ---------------------------------------------------------------------------
-// UTF-8 in and out.
-
-// ---------------------------------------------------------------------------
 // Texts in the library's form.
 
 struct Settings {
   unsigned char codeSet = NxCS_UNICODE;
   unsigned char language = NxLANG_NEUTRAL;
   unsigned short cmpOp = NxCMP_NO_WILDCARDS;
-  const NxCodeSet* set = nullptr;  // the code set object
 };
 
-inline bool Wide(unsigned char codeSet) {
-  return codeSet > 224;
-}
-
-// A text in the chosen code set, terminated, with the UTF-8 it came from.
+// A text in the chosen code set and language.
 struct Text {
-  std::string bytes;  // the text and its terminator, in memory form
-  std::string utf8;
-  const char* data() const { return bytes.data(); }
+  NxString string;
+  const char* data() const { return string.StrGet(); }
 };
 
-// Converts one line of UTF-8 into the code set of `s`.  On failure returns
-// false with a message in `error`.
+// Converts one line of UTF-8 into the code set of `s`; a character that the
+// code set can't hold becomes its replacement.  On failure returns false with
+// a message in `error`.
 bool MakeText(const std::string& utf8, const Settings& s, Text& text, std::string& error) {
-  std::vector<uint32_t> points;
-  size_t where = 0;
-  if (!cli::DecodeUtf8(utf8, points, where)) {
-    error = "malformed UTF-8 at byte " + std::to_string(where + 1);
-    return false;
-  }
-  text.bytes.clear();
-  std::vector<unsigned short> units;
-  for (uint32_t cp : points) {
-    if (cp == 0) {
-      error = "contains a NUL character";
-      return false;
-    }
-    if (s.codeSet == NxCS_UNICODE) {
-      if (cp >= 0x10000) {
-        units.push_back(static_cast<unsigned short>(0xD800 + ((cp - 0x10000) >> 10)));
-        units.push_back(static_cast<unsigned short>(0xDC00 + ((cp - 0x10000) & 0x3FF)));
-      } else {
-        units.push_back(static_cast<unsigned short>(cp));
-      }
-    } else {
-      const unsigned short u = cp < 0x10000 ? static_cast<unsigned short>(cp) : 0xFFFD;
-      units.push_back(s.set->MapFrom(u, NxCS_UNICODE));
-    }
-  }
-  const size_t width = Wide(s.codeSet) ? 2 : 1;
-  if ((units.size() + 1) * width > NxSTRING_MAX_SIZE) {
-    error = "too long (at most " + std::to_string(NxSTRING_MAX_SIZE / width - 1) + " characters)";
-    return false;
-  }
-  for (unsigned short u : units) {
-    if (width == 2) {
-      text.bytes.append(reinterpret_cast<const char*>(&u), 2);
-    } else {
-      text.bytes += static_cast<char>(u & 0xFF);
-    }
-  }
-  text.bytes.append(2, '\0');
-  text.utf8 = utf8;
-  return true;
-}
-
-// The text back in UTF-8, through the code set's Unicode values.
-std::string ToUtf8(const Text& text, const Settings& s) {
-  std::string out;
-  if (Wide(s.codeSet)) {
-    const size_t count = text.bytes.size() / 2 - 1;
-    for (size_t i = 0; i < count; ++i) {
-      unsigned short u;
-      std::copy_n(text.bytes.data() + 2 * i, 2, reinterpret_cast<char*>(&u));
-      if (s.codeSet != NxCS_UNICODE) {
-        cli::AppendUtf8(out, s.set->ToUnicode(u));
-      } else if (u >= 0xD800 && u <= 0xDBFF && i + 1 < count) {
-        unsigned short low;
-        std::copy_n(text.bytes.data() + 2 * (i + 1), 2, reinterpret_cast<char*>(&low));
-        if (low >= 0xDC00 && low <= 0xDFFF) {
-          cli::AppendUtf8(out, 0x10000 + ((u - 0xD800u) << 10) + (low - 0xDC00u));
-          ++i;
-        } else {
-          cli::AppendUtf8(out, 0xFFFD);
-        }
-      } else {
-        cli::AppendUtf8(out, u >= 0xD800 && u <= 0xDFFF ? 0xFFFD : u);
-      }
-    }
+  NxString unicode;
+  if (!cli::ReadUtf8(utf8, s.language, unicode, error)) return false;
+  if (s.codeSet == NxCS_UNICODE) {
+    text.string = unicode;
   } else {
-    for (size_t i = 0; i + 2 < text.bytes.size(); ++i)
-      cli::AppendUtf8(out, s.set->ToUnicode(static_cast<unsigned char>(text.bytes[i])));
+    text.string = NxString(s.codeSet, s.language);
+    text.string += unicode;
   }
-  return out;
+  return true;
 }
 
 int32_t Compare(const Text& a, const Text& b, const Settings& s, unsigned short cmpOp) {
@@ -131,8 +62,8 @@ int TakeSettings(Args& args, Settings& s, bool wildcardsDefault) {
   if (!cli::ParseNumber(codeSet, 0, 253, number))
     return cli::Fail("bad code set '" + codeSet + "' (a number from 0 to 253)");
   s.codeSet = static_cast<unsigned char>(number);
-  s.set = NxLanguageContext::QueryCodeSet(s.codeSet);
-  if (s.set == nullptr) return cli::Fail("unknown code set " + codeSet);
+  if (NxLanguageContext::QueryCodeSet(s.codeSet) == nullptr)
+    return cli::Fail("unknown code set " + codeSet);
   if (!cli::ParseNumber(language, 0, 253, number))
     return cli::Fail("bad language '" + language + "' (a number from 0 to 253)");
   s.language = static_cast<unsigned char>(number);
@@ -170,8 +101,8 @@ int ReadLines(const Settings& s, std::vector<Text>& lines) {
   return 0;
 }
 
-void WriteLine(const Text& text, const Settings& s) {
-  const std::string out = ToUtf8(text, s);
+void WriteLine(const Text& text) {
+  const std::string out = cli::WriteUtf8(text.string);
   std::fwrite(out.data(), 1, out.size(), stdout);
   std::fputc('\n', stdout);
 }
@@ -225,7 +156,7 @@ int RunSort(const Args& given) {
   if (int status = ReadLines(s, lines)) return status;
   std::stable_sort(lines.begin(), lines.end(),
                    [&s](const Text& x, const Text& y) { return Compare(x, y, s, s.cmpOp) < 0; });
-  for (const Text& line : lines) WriteLine(line, s);
+  for (const Text& line : lines) WriteLine(line);
   return 0;
 }
 
@@ -243,7 +174,7 @@ int RunMatch(const Args& given) {
   bool matched = false;
   for (const Text& line : lines) {
     if (Compare(line, pattern, s, s.cmpOp) == 0) {
-      WriteLine(line, s);
+      WriteLine(line);
       matched = true;
     }
   }

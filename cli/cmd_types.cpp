@@ -12,6 +12,7 @@
 #include <nxtm/nxtm.h>
 
 #include "cli.h"
+#include "order_text.h"
 #include "values.h"
 
 namespace {
@@ -151,9 +152,22 @@ int RunPrint(const Args& input) {
     return cli::Fail("print: '" + args[0] + "' has no print form in this build yet");
   cli::Values values(mgr, id);
   std::string error;
-  if (!cli::ReadValues(mgr, id, args[0], Args(args.begin() + 1, args.end()), values, error))
+  // Strings also print as order text, and into a code set of choice.
+  cli::StringPrintOptions strings;
+  strings.resultCodeSet = NxString::GetDefaultCodeSet();
+  if (id == NxTYPE_NxString && !cli::TakeStringPrintOptions(args, strings, error))
     return cli::Fail("print: " + error);
-  NxString result;
+  if (args.size() < 2) return cli::Fail("print: usage: nxtm print TYPE VALUE... [--format F]");
+  if (strings.orderText) {
+    if (!values.Make(static_cast<uint32_t>(strings.values.size())))
+      return cli::Fail("print: '" + args[0] + "' makes no values");
+    for (uint32_t i = 0; i < values.count(); ++i)
+      *static_cast<NxString*>(values.at(i)) = strings.values[i];
+  } else if (!cli::ReadValues(mgr, id, args[0], Args(args.begin() + 1, args.end()), values,
+                              error)) {
+    return cli::Fail("print: " + error);
+  }
+  NxString result(strings.resultCodeSet, NxString::GetDefaultLanguage());
   mgr.PrintToNxString(id, result, values.data(), format.empty() ? nullptr : format.c_str(),
                       values.count());
   std::printf("%s\n", cli::FindValueText(NxTYPE_NxString)->show(&result).c_str());
@@ -229,7 +243,9 @@ int RunConvert(const Args& args) {
   return 0;
 }
 
-const cli::Registrar kPrint({"print", "print TYPE VALUE... [--format F]",
+const cli::Registrar kPrint({"print",
+                             "print TYPE VALUE... [--format F]; NxString also [--key [--codeset N] "
+                             "[--language N] | --orders [--state N]] [--result-codeset N]",
                              "the printed form of values through the row's format", RunPrint, 22});
 const cli::Registrar kScan({"scan", "scan TYPE TEXT [--format F]",
                             "a value read from text through the row's format", RunScan, 23});

@@ -1,79 +1,73 @@
-// The program's own UTF-8 converter.
+// UTF-8 for the program, through the library's multi-byte functions.  The
+// library reads sequences of four to six bytes and cuts them to 16 bits;
+// the program looks for them first and refuses the text instead.
 #include "utf8.h"
+
+#include <cstdio>
+#include <cstring>
+#include <vector>
 
 namespace cli {
 
-// Decodes UTF-8 into code points.  On malformed input returns false and
-// sets `where` to the byte offset of the offending sequence.
-bool DecodeUtf8(const std::string& in, std::vector<uint32_t>& out, size_t& where) {
-  out.clear();
-  size_t i = 0;
-  while (i < in.size()) {
-    const unsigned char b = static_cast<unsigned char>(in[i]);
-    uint32_t cp;
-    size_t extra;
-    uint32_t min;
-    if (b < 0x80) {
-      cp = b, extra = 0, min = 0;
-    } else if ((b & 0xE0) == 0xC0) {
-      cp = b & 0x1F, extra = 1, min = 0x80;
-    } else if ((b & 0xF0) == 0xE0) {
-      cp = b & 0x0F, extra = 2, min = 0x800;
-    } else if ((b & 0xF8) == 0xF0) {
-      cp = b & 0x07, extra = 3, min = 0x10000;
-    } else {
-      where = i;
+namespace {
+
+// The code point of a sequence of four bytes or more, for the message.
+unsigned long LongCodePoint(const unsigned char* p, size_t available) {
+  const size_t length = p[0] >= 0xFC ? 6 : p[0] >= 0xF8 ? 5 : 4;
+  unsigned long cp = p[0] & (0x7Fu >> length);
+  for (size_t k = 1; k < length && k < available; ++k) cp = (cp << 6) | (p[k] & 0x3Fu);
+  return cp;
+}
+
+}  // namespace
+
+bool ReadUtf8(const std::string& in, unsigned char language, NxString& out, std::string& error) {
+  // Walk the text first: the library answers -1 without saying where.
+  std::vector<char> bytes(in.begin(), in.end());
+  size_t characters = 0;
+  for (size_t at = 0; at < bytes.size(); ++characters) {
+    const size_t left = bytes.size() - at;
+    const int n = NxMultiByte2WChar(nullptr, bytes.data() + at, static_cast<unsigned>(left));
+    if (n < 0) {
+      error = "malformed UTF-8 at byte " + std::to_string(at + 1);
       return false;
     }
-    if (i + extra >= in.size()) {  // cut short by the end of the line
-      where = i;
+    if (n > 3) {
+      char cp[16];
+      std::snprintf(cp, sizeof cp, "U+%04lX",
+                    LongCodePoint(reinterpret_cast<const unsigned char*>(bytes.data() + at), left));
+      error = std::string(cp) + " at byte " + std::to_string(at + 1) +
+              " lies beyond U+FFFF: strings hold 16-bit characters only";
       return false;
     }
-    for (size_t k = 1; k <= extra; ++k) {
-      const unsigned char c = static_cast<unsigned char>(in[i + k]);
-      if ((c & 0xC0) != 0x80) {
-        where = i;
-        return false;
-      }
-      cp = (cp << 6) | (c & 0x3F);
-    }
-    // Overlong forms, surrogates and values past the last plane.
-    if (cp < min || (cp >= 0xD800 && cp <= 0xDFFF) || cp > 0x10FFFF) {
-      where = i;
+    if (bytes[at] == '\0') {
+      error = "contains a NUL character at byte " + std::to_string(at + 1);
       return false;
     }
-    out.push_back(cp);
-    i += extra + 1;
+    at += static_cast<size_t>(n);
   }
+  // The conversion's limit is 32767 bytes, a 16-bit string's 32765 characters.
+  if (bytes.size() > 32767 || characters > (NxSTRING_MAX_SIZE - 2) / 2) {
+    error = "too long (at most 32767 bytes and 32765 characters)";
+    return false;
+  }
+  out = NxString(NxCS_UNICODE, language);
+  NxMBS2NxString(bytes.data(), out, static_cast<int32_t>(bytes.size()));
   return true;
 }
 
-void AppendUtf8(std::string& out, uint32_t cp) {
-  if (cp < 0x80) {
-    out += static_cast<char>(cp);
-  } else if (cp < 0x800) {
-    out += static_cast<char>(0xC0 | (cp >> 6));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else if (cp < 0x10000) {
-    out += static_cast<char>(0xE0 | (cp >> 12));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (cp >> 18));
-    out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  }
+std::string WriteUtf8(const NxString& text) {
+  char* bytes = nullptr;
+  int32_t length = 0;
+  const int32_t n = NxString2MultiByteString(text, bytes, length);
+  std::string out = n > 0 ? std::string(bytes, static_cast<size_t>(n)) : std::string();
+  delete[] bytes;
+  return out;
 }
 
-void AppendUtf16(std::vector<unsigned short>& units, uint32_t cp) {
-  if (cp >= 0x10000) {
-    cp -= 0x10000;
-    units.push_back(static_cast<unsigned short>(0xD800 + (cp >> 10)));
-    units.push_back(static_cast<unsigned short>(0xDC00 + (cp & 0x3FF)));
-  } else {
-    units.push_back(static_cast<unsigned short>(cp));
-  }
+std::string Utf8Of(unsigned short c) {
+  char bytes[3];
+  return std::string(bytes, static_cast<size_t>(NxWChar2MultiByte(bytes, c)));
 }
 
 }  // namespace cli

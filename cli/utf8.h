@@ -1,21 +1,23 @@
-// UTF-8 on the command line and on stdin: the program's own converter.
+// UTF-8 on the command line and on stdin, through the library's conversion.
+// Strings hold 16-bit characters: text with characters beyond U+FFFF is
+// refused with a message that names them, never silently changed.
 #ifndef NXTM_CLI_UTF8_H
 #define NXTM_CLI_UTF8_H
 
-#include <cstdint>
 #include <string>
-#include <vector>
+
+#include <nxtm/nxtm.h>
 
 namespace cli {
 
-// Decodes UTF-8 into code points.  On malformed input (a bad lead byte, a
-// sequence cut short, an overlong form, a surrogate, a value past the last
-// plane) returns false with `where` at the byte offset of the sequence.
-bool DecodeUtf8(const std::string& in, std::vector<uint32_t>& out, size_t& where);
-// Appends the UTF-8 form of `cp`.
-void AppendUtf8(std::string& out, uint32_t cp);
-// Appends the UTF-16 form of `cp`: one unit, or a surrogate pair.
-void AppendUtf16(std::vector<unsigned short>& units, uint32_t cp);
+// Decodes UTF-8 into a string of code set 253 and `language`.  False with a
+// message in `error` (malformed UTF-8, a NUL character, a character beyond
+// U+FFFF, too long), naming the byte (counted from 1) where it is.
+bool ReadUtf8(const std::string& in, unsigned char language, NxString& out, std::string& error);
+// The text of a string of any code set in UTF-8.
+std::string WriteUtf8(const NxString& text);
+// One 16-bit character in UTF-8.
+std::string Utf8Of(unsigned short c);
 
 }  // namespace cli
 

@@ -247,76 +247,29 @@ const ValueTextRegistrar kDouble(NxTYPE_double, {ReadDouble, ShowDouble, nullptr
 
 // ---------------------------------------------------------------------------
 // NxString: UTF-8 on the command line.  A text that the default 8-bit code
-// set holds whole becomes 8-bit text in it; any other text becomes Unicode.
+// set holds whole becomes 8-bit text in it; any other text stays Unicode.
 
 bool ReadString(const std::string& text, void* element, std::string& error) {
-  std::vector<uint32_t> points;
-  size_t where = 0;
-  if (!DecodeUtf8(text, points, where)) {
-    error = "malformed UTF-8 at byte " + std::to_string(where + 1);
-    return false;
-  }
+  NxString unicode;
+  if (!ReadUtf8(text, NxString::GetDefaultLanguage(), unicode, error)) return false;
   const unsigned char narrow = NxString::GetDefault8CodeSet();
   const NxCodeSet* set = NxLanguageContext::QueryCodeSet(narrow);
-  std::string bytes;
   bool fits = set != nullptr;
-  for (size_t i = 0; fits && i < points.size(); ++i) {
-    const uint32_t cp = points[i];
-    const unsigned short c = cp < 0x10000 ? set->FromUnicode(static_cast<unsigned short>(cp), 0) : 0;
-    if (cp == 0 || c == 0) fits = false;
-    bytes += static_cast<char>(c);
-  }
+  const unsigned short* units = reinterpret_cast<const unsigned short*>(unicode.StrGet());
+  for (unsigned short i = 0, n = unicode.Len(); fits && i < n; ++i)
+    fits = set->FromUnicode(units[i], 0) != 0;
   NxString& s = *static_cast<NxString*>(element);
   if (fits) {
     s = NxString(narrow, NxString::GetDefaultLanguage());
-    s = bytes.c_str();
-    return true;
+    s += unicode;
+  } else {
+    s = unicode;
   }
-  std::vector<unsigned short> units;
-  for (uint32_t cp : points) {
-    if (cp == 0) {
-      error = "contains a NUL character";
-      return false;
-    }
-    AppendUtf16(units, cp);
-  }
-  units.push_back(0);
-  s = NxString(NxCS_UNICODE, NxString::GetDefaultLanguage());
-  s = units.data();
   return true;
 }
 
 std::string ShowString(const void* element) {
-  const NxString& s = *static_cast<const NxString*>(element);
-  const NxCodeSet* set = NxLanguageContext::QueryCodeSet(s.codeSet);
-  std::string out;
-  const char* p = s.StrGet();
-  if (s.codeSet > 224) {
-    for (unsigned short i = 0, n = s.Len(); i < n; ++i) {
-      unsigned short u;
-      std::memcpy(&u, p + 2 * i, 2);
-      if (s.codeSet == NxCS_UNICODE) {
-        if (u >= 0xD800 && u <= 0xDBFF && i + 1 < n) {
-          unsigned short low;
-          std::memcpy(&low, p + 2 * (i + 1), 2);
-          if (low >= 0xDC00 && low <= 0xDFFF) {
-            AppendUtf8(out, 0x10000 + ((u - 0xD800u) << 10) + (low - 0xDC00u));
-            ++i;
-            continue;
-          }
-        }
-        AppendUtf8(out, u >= 0xD800 && u <= 0xDFFF ? 0xFFFD : u);
-      } else {
-        AppendUtf8(out, set != nullptr ? set->ToUnicode(u) : 0xFFFD);
-      }
-    }
-  } else {
-    for (unsigned short i = 0, n = s.Len(); i < n; ++i) {
-      const unsigned char c = static_cast<unsigned char>(p[i]);
-      AppendUtf8(out, set != nullptr ? set->ToUnicode(c) : c);
-    }
-  }
-  return out;
+  return WriteUtf8(*static_cast<const NxString*>(element));
 }
 
 const ValueTextRegistrar kString(NxTYPE_NxString, {ReadString, ShowString, nullptr});

@@ -55,6 +55,11 @@ int ScanArguments(const char* text, const char* format, ScanTarget* targets, int
 NxString& BytePrint(NxString& result, void* value, const char* format, uint32_t count);
 void* ByteScan(void* value, NxString& text, const char* format, uint32_t count);
 
+// Print and scan of the string rows (nxstrprint.cpp): ordinary text through
+// the format, order text by its orders' names.
+NxString& StringPrint(NxString& result, void* value, const char* format, uint32_t count);
+void* StringScan(void* value, NxString& text, const char* format, uint32_t count);
+
 // The default of a row without a null: what its ConvertFrom makes of
 // `count` empty strings.
 void* DefaultFromEmptyStrings(NxConvertFromFunc convertFrom, uint32_t count);

@@ -1101,6 +1101,8 @@ constexpr NxTypeDesc StringRow(bool withNull) {
   row.DefaultValue = nxrows::StringDefault;
   row.IsNull = withNull ? nxrows::StringIsNull : nxrows::NeverNull;
   row.SetNull = withNull ? nxrows::StringSetNull : nullptr;
+  row.PrintToString = nxrows::StringPrint;
+  row.ScanFromString = nxrows::StringScan;
   return row;
 }
 

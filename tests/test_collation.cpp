@@ -257,6 +257,24 @@ TEST_F(CollationTest, UnknownCharactersAreTheirOwnOrderInState20) {
             (std::vector<Element>{{Lower('a'), 1}, {0x4E01, 1}, {0x4E02, 1}, {0x4E00, 20}}));
 }
 
+TEST_F(CollationTest, ALeadingByteOrderMarkChangesNeitherOrdersNorComparisons) {
+  // The mark is ignorable: the letters keep their state and their weights.
+  EXPECT_EQ(Elements16(u"\uFEFFab", kNeutral),
+            (std::vector<Element>{{2, 1}, {Lower('a'), 1}, {Lower('b'), 1}}));
+  EXPECT_EQ(Elements16(u"\u061C\u0391", kGreek), (std::vector<Element>{{2, 2}, {Letter(3), 2}}));
+  const std::vector<unsigned short> marked = Wide(u"\uFEFFb"), a = Wide(u"a"), b = Wide(u"b");
+  auto compare = [](const std::vector<unsigned short>& x, const std::vector<unsigned short>& y,
+                    unsigned short cmpOp) {
+    return NxStrCmp(kUnicode, kNeutral, reinterpret_cast<const char*>(x.data()), kUnicode,
+                    kNeutral, reinterpret_cast<const char*>(y.data()), cmpOp, -1, 1, nullptr);
+  };
+  EXPECT_GT(compare(marked, a, NxCMP_NO_WILDCARDS), 0);
+  EXPECT_LT(compare(a, marked, NxCMP_NO_WILDCARDS), 0);
+  // Only the space level sees it, and ignoring spaces makes it equal.
+  EXPECT_NE(compare(marked, b, NxCMP_NO_WILDCARDS), 0);
+  EXPECT_EQ(compare(marked, b, NxCMP_NO_WILDCARDS | NxCMP_IGNORE_SPACES), 0);
+}
+
 TEST_F(CollationTest, WildcardOrdersDefaultToTheirCharacters) {
   EXPECT_EQ(NxStringIterator::AsteriskOrder(), 159);
   EXPECT_EQ(NxStringIterator::QuestionOrder(), 122);

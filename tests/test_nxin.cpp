@@ -297,6 +297,27 @@ TEST(NxinOrders, SymbolsSpacesAndDigits) {
             Items(Record(1, 0xBD)->expansion));
 }
 
+TEST(NxinOrders, FormatCharactersHaveOrderTwoEverywhere) {
+  // The soft hyphen is a named symbol; every other format character of the
+  // BMP is ignorable with order 2, also outside the blocks that the table
+  // otherwise covers.
+  for (unsigned short u : {0x061C, 0x0600, 0x06DD, 0x070F, 0x08E2, 0x180E, 0x200B, 0x202E, 0x2060,
+                           0xFEFF, 0xFFF9, 0xFFFB})
+    EXPECT_EQ(2, Order(253, u)) << std::hex << u;
+  EXPECT_EQ(80 + 35, Order(253, 0xAD));
+#ifdef NXTM_TEST_HAVE_ICU
+  int formats = 0;
+  for (int u = 0; u < 0x10000; ++u) {
+    UVersionInfo age;
+    u_charAge(u, age);
+    if (u == 0xAD || age[0] > 14 || u_charType(u) != U_FORMAT_CHAR) continue;
+    EXPECT_EQ(2, Order(253, static_cast<unsigned short>(u))) << std::hex << u;
+    ++formats;
+  }
+  EXPECT_GT(formats, 40);
+#endif
+}
+
 TEST(NxinOrders, LatinLettersAccentsAndExpansions) {
   for (unsigned short i = 0; i < 26; ++i) {
     EXPECT_EQ(0x4000 | ((3 + i) << 2), Order(1, 'A' + i));

@@ -3,12 +3,14 @@
 
 Writes platform/nxin/src/nxin_tables.cpp: the maps of the 8-bit code sets to
 and from Unicode, the Unicode case properties of the BMP and the collation
-order tables of code sets 1, 2, 3 and 253.  Only the Python standard library
+order tables of code sets 1, 2, 3 and 253; and platform/nxin/src/nxin_words.cpp:
+the words for orders (symbol, accent and accented letter names), checked
+against those tables.  Only the Python standard library
 is used (unicodedata, codecs), so the output depends on the Unicode version of
 the Python that runs it; the committed file was made with Unicode 14.0.
 
-    tools/gen_nxin_tables.py           regenerate the table source
-    tools/gen_nxin_tables.py --check   exit 1 when the committed file differs
+    tools/gen_nxin_tables.py           regenerate the table sources
+    tools/gen_nxin_tables.py --check   exit 1 when a committed file differs
 
 The collation scheme (see also tools/README.md):
 
@@ -34,6 +36,7 @@ import unicodedata
 HERE = os.path.dirname(os.path.abspath(__file__))
 OUT_DIR = os.path.normpath(os.path.join(HERE, '..', 'platform', 'nxin', 'src'))
 OUT_NAME = 'nxin_tables.cpp'
+WORDS_NAME = 'nxin_words.cpp'
 
 # --------------------------------------------------------------------------
 # Code sets and languages.
@@ -554,6 +557,179 @@ class Builder:
 
 
 # --------------------------------------------------------------------------
+# The words of the order naming functions: how an order is told to a person.
+# The texts are the type manager's own and stand exactly as it shows them;
+# each is tied here to the collation data above, so that a name can't drift
+# away from the order it names.
+
+# Symbols 32..139 with a name: (symbol number, the character of that number
+# in FIXED_SYMBOLS, name, plain 7-bit character).  "." stands in for a symbol
+# without a plain 7-bit character.
+SYMBOL_WORDS = [
+    (32, 0x005F, '_', '_'),
+    (34, 0x00AF, 'macron sign', '.'),
+    (35, 0x00AD, 'soft hyphen', '.'),
+    (36, 0x002D, '-', '-'),
+    (37, 0x002C, ',', ','),
+    (38, 0x003B, ';', ';'),
+    (39, 0x003A, ':', ':'),
+    (40, 0x0021, '!', '!'),
+    (41, 0x00A1, 'inverted exclamation mark', '.'),
+    (42, 0x003F, '?', '?'),
+    (44, 0x002F, 'solidus', '/'),
+    (46, 0x002E, 'full stop', '.'),
+    (49, 0x00B7, 'middle dot', '.'),
+    (50, 0x00B8, 'cedilla', '.'),
+    (52, 0x0027, 'apostrophe', "'"),
+    (55, 0x0022, '"', '"'),
+    (58, 0x00AB, 'left pointing double angle quotation mark', '.'),
+    (59, 0x00BB, 'right pointing double angle quotation mark', '.'),
+    (60, 0x0028, '(', '('),
+    (62, 0x0029, ')', ')'),
+    (64, 0x005B, '[', '['),
+    (65, 0x005D, ']', ']'),
+    (66, 0x007B, '{', '{'),
+    (67, 0x007D, '}', '}'),
+    (68, 0x00A7, 'section sign', '.'),
+    (69, 0x00B6, 'pilcrow sign', '.'),
+    (70, 0x00A9, 'copyright sign', '.'),
+    (71, 0x00AE, 'registered sign', '.'),
+    (73, 0x0040, '@', '@'),
+    (74, 0x00A4, 'currency sign', '.'),
+    (75, 0x00A2, 'cent sign', '.'),
+    (76, 0x0024, '$', '$'),
+    (77, 0x00A3, 'pound sign', '.'),
+    (78, 0x00A5, 'yen sign', '.'),
+    (79, 0x002A, '*', '*'),
+    (80, 0x005C, 'reverse solidus', '.'),
+    (81, 0x0026, '&', '&'),
+    (82, 0x0023, '#', '#'),
+    (83, 0x0025, '%', '%'),
+    (85, 0x002B, '+', '+'),
+    (87, 0x00B1, 'plus minus sign', '.'),
+    (88, 0x00B4, "'", "'"),
+    (89, 0x0060, '`', '`'),
+    (91, 0x005E, '^', '^'),
+    (94, 0x00A8, 'diaeresis', '.'),
+    (96, 0x007E, '~', '~'),
+    (98, 0x00F7, 'division sign', '.'),
+    (99, 0x00D7, 'multiplication sign', '.'),
+    (101, 0x003C, '<', '<'),
+    (103, 0x003D, '=', '='),
+    (105, 0x003E, '>', '>'),
+    (106, 0x00AC, 'not sign', '.'),
+    (107, 0x007C, '|', '|'),
+    (108, 0x00A6, 'broken bar', '.'),
+    (109, 0x00B0, 'degree sign', '.'),
+    (110, 0x00B5, 'micron sign', '.'),
+    (139, 0x00BF, 'inverted question mark', '.'),
+]
+FIRST_WORD_SYMBOL, LAST_WORD_SYMBOL = 32, 139
+
+# Names of the accents 1..14; 15..31 are the collation's own and have none.
+ACCENT_WORDS = {
+    ACC_CEDILLA: 'cedilla', ACC_ACUTE: 'accent acute', ACC_GRAVE: 'accent grave',
+    ACC_CIRCUMFLEX: 'accent circumflex', ACC_TILDE: 'tilde',
+    ACC_DIAERESIS: 'diaeresis', ACC_RING: 'ring above', ACC_STROKE: 'stroke',
+    ACC_CARON: 'accent caron', ACC_MACRON: 'accent macron',
+    ACC_BREVE: 'accent breve', ACC_DOT: 'dot above', ACC_OGONEK: 'ogonek',
+    ACC_DACUTE: 'accent double acute',
+}
+
+# Names of the accented letters among the characters 128..255 of code set 1:
+# a backslash, the mark and the letter.  (mark, accent, codes and letters)
+ACCENTED_WORDS = [
+    ('`', ACC_GRAVE, '192 A, 200 E, 204 I, 210 O, 217 U, 224 a, 232 e, 236 i, 242 o, 249 u'),
+    ("'", ACC_ACUTE, '193 A, 201 E, 205 I, 211 O, 218 U, 221 Y, 225 a, 233 e, 237 i, '
+                     '243 o, 250 u, 253 y'),
+    ('^', ACC_CIRCUMFLEX, '194 A, 202 E, 206 I, 212 O, 219 U, 226 a, 234 e, 238 i, 244 o, '
+                          '251 u'),
+    ('~', ACC_TILDE, '195 A, 209 N, 213 O, 227 a, 241 n, 245 o'),
+    ('"', ACC_DIAERESIS, '196 A, 203 E, 207 I, 214 O, 220 U, 228 a, 235 e, 239 i, 246 o, '
+                         '252 u, 255 y'),
+    (',', ACC_CEDILLA, '199 C, 231 c'),
+    ('-', ACC_STROKE, '208 D, 216 O, 240 d, 248 o'),
+]
+# Letters of code set 1 with a name of their own.
+LETTER_WORDS = {197: r'\AA', 198: r'\AE', 222: r'\TH', 223: r'\ss', 229: r'\aa',
+                230: r'\ae', 254: r'\th'}
+
+
+def order_words(d):
+    """The symbol, accent and character names, checked against the data:
+    each symbol name belongs to the symbol number of its character, and each
+    accented name to a character of code set 1 whose collation order is that
+    letter with that accent."""
+    symbols = {}
+    for number, cp, name, plain in SYMBOL_WORDS:
+        assert FIXED_SYMBOLS.get(cp) == number, 'symbol %d is not U+%04X' % (number, cp)
+        assert d.uni[cp].order == 80 + number, 'U+%04X has another order' % cp
+        assert FIRST_WORD_SYMBOL <= number <= LAST_WORD_SYMBOL and len(plain) == 1
+        assert ord(plain) < 0x80 and all(ord(c) < 0x80 for c in name)
+        symbols[number] = (name, plain)
+    names = {}
+    for mark, acc, items in ACCENTED_WORDS:
+        for item in items.split(', '):
+            code, base = item.split(' ')
+            code = int(code)
+            o = d.uni[d.to_uni[1][code]].order
+            want = latin(base.upper(), 0 if base.isupper() else 1, acc)
+            assert o == want, 'code %d of code set 1 is not %s with accent %d' % (code, base, acc)
+            names[code] = '\\' + mark + base
+    for code, name in LETTER_WORDS.items():
+        o = d.uni[d.to_uni[1][code]].order
+        assert is_letter_order(o), 'code %d of code set 1 is no letter' % code
+        names[code] = name
+    return symbols, names
+
+
+def c_string(text):
+    return '"%s"' % text.replace('\\', '\\\\').replace('"', '\\"')
+
+
+def c_char(ch):
+    return "'\\''" if ch == "'" else ("'\\\\'" if ch == '\\' else "'%s'" % ch)
+
+
+def generate_words(d):
+    symbols, names = order_words(d)
+    out = []
+    out.append('// Generated by tools/gen_nxin_tables.py from the Unicode %s data of Python.'
+               % unicodedata.unidata_version)
+    out.append('// Do not edit by hand: change the generator and run it again.')
+    out.append('// clang-format off')
+    out.append('#include "nxin_data.h"')
+    out.append('')
+    out.append('namespace nxin_detail {')
+    out.append('')
+    out.append('// Symbols %d..%d: name (null: none) and plain character (0: none).'
+               % (FIRST_WORD_SYMBOL, LAST_WORD_SYMBOL))
+    out.append('const NxSymbolWords kSymbolWords[%d] = {'
+               % (LAST_WORD_SYMBOL - FIRST_WORD_SYMBOL + 1))
+    for n in range(FIRST_WORD_SYMBOL, LAST_WORD_SYMBOL + 1):
+        if n in symbols:
+            name, plain = symbols[n]
+            out.append('    {%s, %s},  // %d' % (c_string(name), c_char(plain), n))
+        else:
+            out.append('    {nullptr, 0},  // %d' % n)
+    out.append('};')
+    out.append('')
+    out.append('// Accents 0..31: name, or null for none.')
+    out.append('const char* const kAccentWords[32] = {')
+    out.extend(wrap([c_string(ACCENT_WORDS[a]) if a in ACCENT_WORDS else 'nullptr'
+                     for a in range(32)], 4))
+    out.append('};')
+    out.append('')
+    out.append('// Characters 128..255 of code set 1: name, or "" for none.')
+    out.append('const char* const kCharacterWords[128] = {')
+    out.extend(wrap([c_string(names.get(code, '')) for code in range(128, 256)], 4))
+    out.append('};')
+    out.append('')
+    out.append('}  // namespace nxin_detail')
+    return '\n'.join(out) + '\n'
+
+
+# --------------------------------------------------------------------------
 # Building the data.
 
 
@@ -569,6 +745,13 @@ class Data:
         for cp in range(512):
             if cp not in uni:
                 uni[cp] = Rec(ORD_UNDEFINED)
+        # Format characters are ignorable wherever they stand, also outside
+        # the covered blocks (the byte order mark, the Arabic letter mark, the
+        # interlinear annotation characters): without a record they would be
+        # unknown characters and move the text into state 20.
+        for cp in range(0x10000):
+            if cp not in uni and unicodedata.category(chr(cp)) == 'Cf':
+                uni[cp] = Rec(ORD_FORMAT)
         # Number the further symbols.
         numbers = {}
         n = FIRST_GROUP_SYMBOL
@@ -784,8 +967,7 @@ def translate(rec, fwd, memo):
     return r
 
 
-def generate():
-    d = Data()
+def generate(d):
     pool = Pool()
     body = []
 
@@ -909,26 +1091,30 @@ def generate():
 def main():
     ap = argparse.ArgumentParser(description=__doc__.split('\n')[0])
     ap.add_argument('--check', action='store_true',
-                    help='compare with the committed file instead of writing it')
+                    help='compare with the committed files instead of writing them')
     ap.add_argument('--output', default=OUT_DIR, help='directory of the output')
     args = ap.parse_args()
-    text = generate()
-    path = os.path.join(args.output, OUT_NAME)
-    if args.check:
-        try:
-            with open(path, encoding='utf-8') as f:
-                old = f.read()
-        except OSError:
-            old = None
-        if old != text:
-            print('%s is out of date: run tools/gen_nxin_tables.py' % path, file=sys.stderr)
-            return 1
-        print('%s is up to date' % path)
-        return 0
-    with open(path, 'w', encoding='utf-8', newline='\n') as f:
-        f.write(text)
-    print('wrote %s (%d bytes)' % (path, len(text.encode('utf-8'))))
-    return 0
+    d = Data()
+    outputs = [(OUT_NAME, generate(d)), (WORDS_NAME, generate_words(d))]
+    status = 0
+    for name, text in outputs:
+        path = os.path.join(args.output, name)
+        if args.check:
+            try:
+                with open(path, encoding='utf-8') as f:
+                    old = f.read()
+            except OSError:
+                old = None
+            if old != text:
+                print('%s is out of date: run tools/gen_nxin_tables.py' % path, file=sys.stderr)
+                status = 1
+            else:
+                print('%s is up to date' % path)
+            continue
+        with open(path, 'w', encoding='utf-8', newline='\n') as f:
+            f.write(text)
+        print('wrote %s (%d bytes)' % (path, len(text.encode('utf-8'))))
+    return status
 
 
 if __name__ == '__main__':

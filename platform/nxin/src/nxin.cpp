@@ -126,6 +126,24 @@ const NxUnicodeProps* NxCodeSet::GetUnicodeProps(unsigned short value, unsigned 
   return PropsOf(ToUnicode(value));
 }
 
+const char* NxOrderWords::SymbolName(unsigned short symbol) {
+  if (symbol < 32 || symbol > 139) return nullptr;
+  return kSymbolWords[symbol - 32].name;
+}
+
+char NxOrderWords::SymbolCharacter(unsigned short symbol) {
+  if (symbol < 32 || symbol > 139) return 0;
+  return kSymbolWords[symbol - 32].character;
+}
+
+const char* NxOrderWords::AccentName(unsigned short accent) {
+  return accent < 32 ? kAccentWords[accent] : nullptr;
+}
+
+const char* NxOrderWords::CharacterName(unsigned char code) {
+  return code >= 128 ? kCharacterWords[code - 128] : nullptr;
+}
+
 unsigned char NxLanguageContext::GetDefaultCodeSet() {
   return defaults.codeSet;
 }

@@ -1,5 +1,6 @@
 // Internal declarations shared by the nxin sources: the data objects of the
-// generated tables (nxin_tables.cpp) and the language objects (nxin.cpp).
+// generated tables (nxin_tables.cpp, nxin_words.cpp) and the language objects
+// (nxin.cpp).
 #ifndef NXIN_SRC_NXIN_DATA_H
 #define NXIN_SRC_NXIN_DATA_H
 
@@ -35,6 +36,16 @@ extern const unsigned char* const kFromUnicode6[256];
 // of 256 indexes into kUnicodeProps, where index 0 means "no properties".
 extern const NxUnicodeProps kUnicodeProps[];
 extern const unsigned short* const kUnicodePropsIndex[256];
+
+// The words for orders (nxin_words.cpp): symbols 32..139, accents 0..31,
+// characters 128..255 of code set 1.
+struct NxSymbolWords {
+  const char* name;  // null when the symbol has none
+  char character;    // the plain 7-bit character, 0 when none
+};
+extern const NxSymbolWords kSymbolWords[108];
+extern const char* const kAccentWords[32];
+extern const char* const kCharacterWords[128];
 
 }  // namespace nxin_detail
 

@@ -173,6 +173,23 @@ class NXIN_API NxCodeSet {
   const unsigned char* const* fromUnicode;  // 256 blocks of 256 bytes (null: none), 8-bit only
 };
 
+// Words for collation orders, for showing orders to people: the names and
+// plain characters of the symbols that have them, the names of the accents
+// of letter orders, and the names of the accented letters of code set 1.
+// The texts are static and live as long as the library.
+class NXIN_API NxOrderWords {
+ public:
+  // The name of symbol number `symbol` (order - 80), or null when it has none.
+  static const char* SymbolName(unsigned short symbol);
+  // The plain 7-bit character that stands for the symbol, or 0 when none does.
+  static char SymbolCharacter(unsigned short symbol);
+  // The name of accent number `accent` of a letter order, or null.
+  static const char* AccentName(unsigned short accent);
+  // The name of character `code` of code set 1, e.g. "\'e" for e acute:
+  // "" for the characters 128 to 255 without one, null below 128.
+  static const char* CharacterName(unsigned char code);
+};
+
 // Process-wide string defaults and the registry of code sets and languages.
 class NXIN_API NxLanguageContext {
  public:
