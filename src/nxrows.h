@@ -127,6 +127,21 @@ NxString& IllegalPrintToString(NxString& result, void*, const char*, uint32_t);
 void* IllegalScanFromString(void*, NxString&, const char*, uint32_t);
 void* IllegalDefaultValue(uint32_t, int);
 
+// The slots of d_Interval that are its own, in the date family's sources;
+// the float row lends it the others.
+void* IntervalCreate(uint32_t count);
+void* IntervalDelete(void* value, uint32_t count);
+uint32_t IntervalStore(void* disk, const void* memory, unsigned char format, uint32_t count);
+uint32_t IntervalLoad(void* memory, const void* disk, unsigned char format, uint32_t count);
+NxTypeConvertData* IntervalConvertTo(void* value, uint32_t count);
+void* IntervalConvertFrom(NxTypeConvertData* data, uint32_t count);
+void IntervalConstructor(void* memory, uint32_t count, uint32_t);
+void IntervalDestructor(void* memory, uint32_t count, uint32_t);
+void IntervalAssignment(void* destination, void* source, uint32_t count, int broadcast);
+NxString& IntervalPrint(NxString& result, void* value, const char* format, uint32_t count);
+void* IntervalScan(void* value, NxString& text, const char* format, uint32_t count);
+void* IntervalDefault(uint32_t count, int null);
+
 // A row whose slots all hold the functions of `illegal`, with the given
 // properties.  The families fill their slots in as they are built.
 constexpr NxTypeDesc IllegalLike(const char* name, unsigned short memLen, unsigned short isFixed,

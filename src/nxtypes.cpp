@@ -1106,7 +1106,8 @@ constexpr NxTypeDesc StringRow(bool withNull) {
   return row;
 }
 
-// d_Interval shares the sizes, comparison and translation of the float row.
+// d_Interval shares the sizes, comparison and translation of the float row;
+// its other slots come from the date family (nxdate.cpp, nxdateformat.cpp).
 constexpr NxTypeDesc IntervalRow() {
   NxTypeDesc row = nxrows::IllegalLike("d_Interval", 4, 1, "%e days, %I hours, %M minutes, %S seconds");
   row.NullSizeGet = kFloatSet.nullSizeGet;
@@ -1114,6 +1115,20 @@ constexpr NxTypeDesc IntervalRow() {
   row.SizeGetFromMemFile = kFloatSet.sizeGetFromMemFile;
   row.Compare = FloatCompare;
   row.Translate = kFloatSet.translate;
+  row.Create = nxrows::IntervalCreate;
+  row.Delete = nxrows::IntervalDelete;
+  row.Store = nxrows::IntervalStore;
+  row.Load = nxrows::IntervalLoad;
+  row.ConvertTo = nxrows::IntervalConvertTo;
+  row.ConvertFrom = nxrows::IntervalConvertFrom;
+  row.Constructor = nxrows::IntervalConstructor;
+  row.Destructor = nxrows::IntervalDestructor;
+  row.Assignment = nxrows::IntervalAssignment;
+  row.Copy = nxrows::IntervalAssignment;
+  row.IsNull = nxrows::NeverNull;
+  row.PrintToString = nxrows::IntervalPrint;
+  row.ScanFromString = nxrows::IntervalScan;
+  row.DefaultValue = nxrows::IntervalDefault;
   return row;
 }
 
