@@ -149,9 +149,7 @@ uint32_t StringHashCore(unsigned char format, uint32_t length, void* value, uint
     const int64_t left = limited ? end - at : 0;  // stated bytes from `at`
     const unsigned char* next;
     if (oldEnd == nullptr) {
-      uint16_t recordLength;
-      ShortStore(&recordLength, at, form, 1);
-      const int64_t L = recordLength;
+      const int64_t L = Read<uint16_t, ShortStore>(at, form);
       const bool whole = !limited || left >= L + 2;
       const bool old = (format & 0x80) == 0 && (whole ? at[L + 1] == 0 : oldRow);
       if (old) {
