@@ -94,8 +94,11 @@ inline unsigned CharWidth(unsigned char codeSet) {
 
 // The element hash of a text at hand: whole when `hardCut` is false (the
 // record's 0 and 0xFF follow it), otherwise `available` bytes of it.
+// `bounded`: a stated length ends the bytes that may be read right behind
+// the text, so no terminator may be looked for behind it.
 uint32_t TextHash(unsigned char codeSet, unsigned char language, const unsigned char* text,
-                  int64_t textLength, int64_t available, bool hardCut, unsigned char form) {
+                  int64_t textLength, int64_t available, bool hardCut, bool bounded,
+                  unsigned char form) {
   // A key that ended early at a change of collation state carries bit 7 in
   // its state byte; the hash takes the state without it.
   if (codeSet == NxCS_ORDERS && (language & 0x80) != 0) language &= 0x7F;
@@ -109,13 +112,14 @@ uint32_t TextHash(unsigned char codeSet, unsigned char language, const unsigned 
     const short maxChars = static_cast<short>(available / width);
     return HashString(codeSet, language, closed.get(), maxChars, form);
   }
-  if (width == 1) {
+  if (width == 1 && !bounded) {
     // 8-bit text ends in the record's own 0, which the hash stops at, as it
     // would at the end of a closed copy.
     return HashString(codeSet, language, reinterpret_cast<char*>(const_cast<unsigned char*>(text)),
                       -1, form);
   }
   // A 16-bit text needs a 16-bit zero behind it, which a record doesn't have.
+  // (And a record that may be cut is not read behind its text.)
   ClosedText closed(text, static_cast<size_t>(textLength));
   if (closed.get() != nullptr) return HashString(codeSet, language, closed.get(), -1, form);
   // No memory for the copy (and a memory handler that returned): the text
@@ -168,13 +172,18 @@ uint32_t StringHashCore(unsigned char format, uint32_t length, void* value, uint
         // Whole, or only the closing 0xFF missing: the text is all there.
         hardCut = left - 2 < L && left - 1 != L;
         const int64_t inReach = left - 4 > 0 ? left - 4 : 0;
-        if (inReach < available) available = inReach;
+        if (inReach < available) {
+          available = inReach;
+          // Only a length field below 4 (not a text record at all) lets a
+          // soft cut miss text; it is read as far as the bytes go.
+          hardCut = true;
+        }
       }
       if (available < textLength && available >= kMaxCutText) {
         status = kImpossibleCut;
         return 0;
       }
-      hash ^= TextHash(codeSet, language, text, textLength, available, hardCut, form);
+      hash ^= TextHash(codeSet, language, text, textLength, available, hardCut, limited, form);
       next = at + L + 2;
       if (done >= count) break;
       if (limited && end - next <= 4) {
@@ -190,7 +199,7 @@ uint32_t StringHashCore(unsigned char format, uint32_t length, void* value, uint
       const void* zero = std::memchr(at, 0, static_cast<size_t>(reach));
       if (zero != nullptr) {
         const int64_t textLength = static_cast<const unsigned char*>(zero) - at;
-        hash ^= TextHash(0, 0, at, textLength, textLength, false, form);
+        hash ^= TextHash(0, 0, at, textLength, textLength, false, false, form);
         next = at + textLength + 1;
       } else {
         const int64_t textLength = inRecord - 1;
@@ -198,7 +207,7 @@ uint32_t StringHashCore(unsigned char format, uint32_t length, void* value, uint
           status = kImpossibleCut;
           return 0;
         }
-        hash ^= TextHash(0, 0, at, textLength, reach, true, form);
+        hash ^= TextHash(0, 0, at, textLength, reach, true, true, form);
         next = at + reach + 1;
       }
       if (done >= count) break;

@@ -1,9 +1,8 @@
 // Hashing of values in memory and disk form.
 //
 // NxTypeMgr::Hash gives one 32-bit number for an array of `count` values:
-// the exclusive or of one hash per element, times NxHASH_MULTIPLIER (the
-// null-capable rows leave out the multiplication).  The order of the
-// elements doesn't matter, and two equal elements cancel.  With a `length`
+// the exclusive or of one hash per element, times NxHASH_MULTIPLIER.  The
+// order of the elements doesn't matter, and two equal elements cancel.  With a `length`
 // other than 0 only that many bytes are read; `status` is then 2101 when
 // they end before the last element, and the hash is that of the elements
 // reached.  A string key cut at 254 or more bytes of text, which no index
