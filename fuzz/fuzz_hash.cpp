@@ -1,8 +1,7 @@
 // Feeds arbitrary texts to the string hash as text records, key records and
 // old records, whole and cut at an arbitrary length in a buffer that ends
 // there: no crash, no sanitizer report, no read behind the stated length,
-// and whole records hash as the same strings in memory form do.  The same
-// bytes as numbers: memory form and both disk forms hash alike.
+// and whole records hash as the same strings in memory form do.
 //
 // Input: code set, language (each an index into the lists below), a flag
 // byte (bit 0 byte order, bit 1 old record, bit 2 key form, bits 4-5 one
@@ -39,26 +38,6 @@ void Check(bool condition) {
   if (!condition) std::abort();
 }
 
-void Numbers(const uint8_t* data, size_t size) {
-  static const char kRows[] = {NxTYPE_char,    NxTYPE_NxByte,  NxTYPE_short,    NxTYPE_NxWord,
-                               NxTYPE_int,     NxTYPE_enum,    NxTYPE_unsigned, NxTYPE_long,
-                               NxTYPE_NxDWord, NxTYPE_BlockId, NxTYPE_float,    NxTYPE_double};
-  NxTypeMgr mgr;
-  for (char id : kRows) {
-    const uint32_t width = mgr.MemLenGet(id, 1);
-    const uint32_t count = static_cast<uint32_t>(size / width);
-    if (count == 0) continue;
-    std::vector<unsigned char> memory(data, data + count * width);
-    int status = 0;
-    const uint32_t h = mgr.Hash(id, 0, memory.data(), count, 8, status);
-    for (unsigned char format : {1, 2}) {
-      std::vector<unsigned char> disk(memory.size());
-      mgr.Store(id, disk.data(), memory.data(), format, count);
-      Check(mgr.Hash(id, 0, disk.data(), count, format, status) == h && status == 0);
-    }
-  }
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -69,7 +48,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }();
   (void)ready;
   if (size < 5) return 0;
-  Numbers(data, size);
   const unsigned char codeSet = kCodeSets[data[0] % sizeof kCodeSets];
   const unsigned char language = kLanguages[data[1] % sizeof kLanguages];
   const unsigned char flags = data[2];
