@@ -1,9 +1,11 @@
 // The row of NxCaseIString.  Its slots are filled as the legacy strings are
 // built.
+#include "nxkeyrows.h"
 #include "nxrows.h"
 
 namespace nxrows {
 
-NxTypeDesc caseIStringRow = IllegalLike("NxCaseIString", kStringMemLen, 0, "%s");
+NxTypeDesc caseIStringRow =
+    WithHash(IllegalLike("NxCaseIString", kStringMemLen, 0, "%s"), LegacyStringHash);
 
 }  // namespace nxrows

@@ -1118,9 +1118,19 @@ constexpr unsigned kMaxCachedCodeSets = 8;
 constexpr unsigned kLanguageCopies = 8;  // copies for languages of their own
 constexpr unsigned char kUncached = 0xFF;
 
+// The hash reads characters below 256 through a table of their weights:
+// bits 0-31 the weight with the state that the character sets, or with
+// state 0 when it keeps the home state of the language; bits 56-63 0xFF in
+// that case, to take the home state in; bit 32 for a character that the
+// table can't serve (the terminator, contractions, expansions, state 20).
+using HashEntry = uint64_t;
+constexpr HashEntry kHashSlow = HashEntry{1} << 32;
+constexpr unsigned kHashedValues = 256;
+
 struct CodeSetCache {
   const NxOrderTable* table;
   Entry low[1 + kLanguageCopies][kCachedValues];
+  HashEntry hashed[1 + kLanguageCopies][kHashedValues];  // from `low`
   unsigned char copy[255];  // per language: its copy of `low`, or kUncached
   unsigned char home[255];  // per language: InitialState
   // Per language: the entries that it reads, or null when the plain
@@ -1160,6 +1170,21 @@ inline uint32_t EntryWeight(Entry entry, unsigned char state) {
   return static_cast<uint32_t>(state) << 24 | (static_cast<uint32_t>(entry >> 32) & 0xFFFFFFu);
 }
 
+HashEntry HashEntryOf(Entry entry, unsigned value) {
+  if (value == 0 || (entry & kSimple) == 0 || static_cast<unsigned short>(entry) == 0)
+    return kHashSlow;
+  const uint32_t weight = static_cast<uint32_t>((entry >> 16) & 0xFF) << 24 |
+                          (static_cast<uint32_t>(entry >> 32) & 0xFFFFFFu);
+  const HashEntry home = (entry >> 56) != 0 ? HashEntry{0xFF000000u} << 32 : 0;
+  return weight | home;
+}
+
+// The weight of a character in a language whose home state, shifted to
+// the top byte, is `home`.
+inline uint32_t HashWeight(HashEntry entry, uint32_t home) {
+  return static_cast<uint32_t>(entry) | (static_cast<uint32_t>(entry >> 32) & home);
+}
+
 // The record that a language reads for `r`, as the general reader picks it.
 const NxOrderRecord* VariantOf(const NxOrderRecord* r, const NxLanguage* language) {
   if (r->hasVariants == 0 || language == nullptr || language->specificCollation == 0) return r;
@@ -1183,6 +1208,8 @@ const struct CacheBuilder {
       cache.table = set->orderTable;
       for (unsigned v = 0; v < kCachedValues; ++v)
         cache.low[0][v] = EntryOf(set->orderTable->Find(static_cast<unsigned short>(v)));
+      for (unsigned v = 0; v < kHashedValues; ++v)
+        cache.hashed[0][v] = HashEntryOf(cache.low[0][v], v);
       unsigned copies = 0;
       for (unsigned number2 = 0; number2 < 255; ++number2) {
         const unsigned char language = static_cast<unsigned char>(number2);
@@ -1195,6 +1222,8 @@ const struct CacheBuilder {
           for (unsigned v = 0; v < kCachedValues; ++v)
             cache.low[copies][v] =
                 EntryOf(VariantOf(set->orderTable->Find(static_cast<unsigned short>(v)), own));
+          for (unsigned v = 0; v < kHashedValues; ++v)
+            cache.hashed[copies][v] = HashEntryOf(cache.low[copies][v], v);
         } else {
           cache.copy[language] = kUncached;
         }
@@ -2104,6 +2133,106 @@ int NxString::SetEscape(const NxChar& c) {
 // ---------------------------------------------------------------------------
 // Hashes.  32-bit arithmetic; overflow is dropped.
 
+namespace {
+
+// A 16-bit unit by the byte order of `form`: 8 the memory form, 2 most
+// significant byte first, anything else least significant first.
+inline unsigned UnitAt(const unsigned char* at, unsigned char form) {
+  if (form == 8) {
+    unsigned short unit;
+    std::memcpy(&unit, at, sizeof unit);
+    return unit;
+  }
+  if (form == 2) return static_cast<unsigned>(at[0] << 8 | at[1]);
+  return static_cast<unsigned>(at[0] | at[1] << 8);
+}
+
+// One element of a text through the general reader, with its expansion:
+// `h` takes its weights, `p` and `state` move behind it.  False at the end
+// of the text.
+__attribute__((noinline)) bool GeneralElement(unsigned char codeSet, unsigned char language,
+                                              unsigned char form, const unsigned char*& p,
+                                              unsigned char& state, uint32_t& h) {
+  NxStringIterator it;
+  it.position = const_cast<unsigned char*>(p);
+  it.codeSet = codeSet;
+  it.language = language;
+  it.state = state;
+  it.format = form;
+  do {
+    const unsigned short order = it.GetNextOrder(1);
+    if (order == 0) return false;
+    h = h * 9u + NxStringIterator::WeightOf(order, it.state);
+  } while (it.overflow != nullptr);
+  p = it.position;
+  state = it.state;
+  return true;
+}
+
+// The collation hash of a whole text in a cached code set and a language
+// that the cache serves.  Characters below 256 that need none of the
+// general reader's work take their weight from the hash table, four at a
+// time (h * 9^4 + ...: the same sum as four single steps); any other
+// element goes through the general reader, with its expansion, and the run
+// starts again behind it.  A character of the table sets its own state,
+// so the run only keeps the state for the next general element.
+template <unsigned kWidth>
+uint32_t TableHash(const CodeSetCache& cache, unsigned char codeSet, unsigned char language,
+                   const char* text, unsigned char form) {
+  const HashEntry* table = cache.hashed[cache.copy[language]];
+  const uint32_t home = static_cast<uint32_t>(cache.home[language]) << 24;
+  const auto entryAt = [table, form](const unsigned char* at) {
+    if (kWidth == 1) return table[*at];
+    const unsigned unit = UnitAt(at, form);
+    return unit < kHashedValues ? table[unit] : kHashSlow;
+  };
+  unsigned char state = cache.home[language];
+  const unsigned char* p = reinterpret_cast<const unsigned char*>(text);
+  uint32_t h = 0;
+  do {
+    // Each character is looked at only when the one before it was served,
+    // so nothing behind the terminator is read.
+    uint32_t last = 0;  // weight of the last character served
+    for (;;) {
+      const HashEntry e0 = entryAt(p);
+      if ((e0 & kHashSlow) != 0) break;
+      const uint32_t w0 = HashWeight(e0, home);
+      const HashEntry e1 = entryAt(p + kWidth);
+      if ((e1 & kHashSlow) != 0) {
+        h = h * 9u + w0;
+        last = w0;
+        p += kWidth;
+        break;
+      }
+      const uint32_t w1 = HashWeight(e1, home);
+      const HashEntry e2 = entryAt(p + 2 * kWidth);
+      if ((e2 & kHashSlow) != 0) {
+        h = h * 81u + w0 * 9u + w1;
+        last = w1;
+        p += 2 * kWidth;
+        break;
+      }
+      const uint32_t w2 = HashWeight(e2, home);
+      const HashEntry e3 = entryAt(p + 3 * kWidth);
+      if ((e3 & kHashSlow) != 0) {
+        h = h * 729u + (w0 * 9u + w1) * 9u + w2;
+        last = w2;
+        p += 3 * kWidth;
+        break;
+      }
+      const uint32_t w3 = HashWeight(e3, home);
+      h = h * 6561u + ((w0 * 9u + w1) * 9u + w2) * 9u + w3;
+      last = w3;
+      p += 4 * kWidth;
+    }
+    if (last != 0) state = static_cast<unsigned char>(last >> 24);
+  } while ((kWidth == 1 ? *p : UnitAt(p, form)) != 0 &&
+           GeneralElement(codeSet, language, form, p, state, h));
+  return h;
+}
+
+}  // namespace
+
 uint32_t HashString(unsigned char codeSet, unsigned char language, char* text, short maxChars,
                     unsigned char format) {
   if (IsNullText(codeSet, language)) return 0xFEFE7575u;
@@ -2122,6 +2251,14 @@ uint32_t HashString(unsigned char codeSet, unsigned char language, char* text, s
       if (byte != 0) ++at;
     }
     return h;
+  }
+  if (maxChars < 0 && codeSet != kOrderText) {
+    const CodeSetCache* cache = CacheOf(codeSet, language);
+    if (cache != nullptr && cache->reading[language] != nullptr) {
+      const unsigned char form = format == 255 ? 1 : static_cast<unsigned char>(format & 0x0F);
+      return codeSet > 224 ? TableHash<2>(*cache, codeSet, language, at, form)
+                           : TableHash<1>(*cache, codeSet, language, at, form);
+    }
   }
   NxStringIterator it(at, codeSet, language, format);
   bool ended = false;

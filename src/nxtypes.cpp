@@ -12,6 +12,7 @@
 #include <string>
 
 #include "nxinternal.h"
+#include "nxkeyrows.h"
 #include "nxrows.h"
 
 namespace {
@@ -1060,7 +1061,8 @@ constexpr ScalarSet kDoubleSet{ScalarCreate<8, false>,
                                nxrows::DoubleScan};
 
 constexpr NxTypeDesc ScalarRow(const char* name, unsigned short memLen, const char* format,
-                               const ScalarSet& set, NxTypeCmpFunc compare) {
+                               const ScalarSet& set, NxTypeCmpFunc compare,
+                               NxEvalAndBoundFunc evalAndBound, NxHashFunc hash) {
   NxTypeDesc row = nxrows::IllegalLike(name, memLen, 1, format);
   row.Create = set.create;
   row.Delete = ScalarDelete;
@@ -1070,6 +1072,8 @@ constexpr NxTypeDesc ScalarRow(const char* name, unsigned short memLen, const ch
   row.SizeGet = set.sizeGet;
   row.SizeGetFromMemFile = set.sizeGetFromMemFile;
   row.Compare = compare;
+  row.EvalAndBound = evalAndBound;
+  row.Hash = hash;
   row.Constructor = set.constructor;
   row.Destructor = ScalarDestructor;
   row.Assignment = set.assignment;
@@ -1103,6 +1107,7 @@ constexpr NxTypeDesc StringRow(bool withNull) {
   row.SetNull = withNull ? nxrows::StringSetNull : nullptr;
   row.PrintToString = nxrows::StringPrint;
   row.ScanFromString = nxrows::StringScan;
+  row.Hash = withNull ? nxrows::StringHash : nxrows::OldStringHash;
   return row;
 }
 
@@ -1114,6 +1119,8 @@ constexpr NxTypeDesc IntervalRow() {
   row.SizeGet = kFloatSet.sizeGet;
   row.SizeGetFromMemFile = kFloatSet.sizeGetFromMemFile;
   row.Compare = FloatCompare;
+  row.EvalAndBound = nxrows::FloatEvalAndBound;
+  row.Hash = nxrows::FloatHash;
   row.Translate = kFloatSet.translate;
   row.Create = nxrows::IntervalCreate;
   row.Delete = nxrows::IntervalDelete;
@@ -1151,19 +1158,27 @@ uint32_t DiskToDiskCopy(void* destination, uint32_t destinationSize, const void*
 
 // The rows of the plain scalars and the strings; the other families define
 // theirs in their own source files.
-NxTypeDesc charRow = ScalarRow("char", 1, "%c", kByteSet, CharCompare);
-NxTypeDesc shortRow = ScalarRow("short", 2, "%hd", kShortSet, ShortCompare);
-NxTypeDesc longRow = ScalarRow("long", 4, "%ld", kLongSet, LongCompare);
-NxTypeDesc doubleRow = ScalarRow("double", 8, "%lf", kDoubleSet, DoubleCompare);
-NxTypeDesc floatRow = ScalarRow("float", 4, "%f", kFloatSet, FloatCompare);
-NxTypeDesc wordRow = ScalarRow("NxWord", 2, "%hu", kShortSet, WordCompare);
-NxTypeDesc dwordRow = ScalarRow("NxDWord", 4, "%lu", kLongSet, DwordCompare);
-NxTypeDesc intRow = ScalarRow("int", 4, "%d", kIntSet, IntCompare);
-NxTypeDesc unsignedRow = ScalarRow("unsigned", 4, "%u", kUnsignedSet, UnsignedCompare);
-NxTypeDesc enumRow = ScalarRow("enum", 4, "%d", kIntSet, IntCompare);
-NxTypeDesc byteRow = ScalarRow("NxByte", 1, "%c", kByteSet, ByteCompare);
+NxTypeDesc charRow = ScalarRow("char", 1, "%c", kByteSet, CharCompare, CharEvalAndBound, CharHash);
+NxTypeDesc shortRow =
+    ScalarRow("short", 2, "%hd", kShortSet, ShortCompare, ShortEvalAndBound, ShortHash);
+NxTypeDesc longRow = ScalarRow("long", 4, "%ld", kLongSet, LongCompare, LongEvalAndBound, LongHash);
+NxTypeDesc doubleRow =
+    ScalarRow("double", 8, "%lf", kDoubleSet, DoubleCompare, DoubleEvalAndBound, DoubleHash);
+NxTypeDesc floatRow =
+    ScalarRow("float", 4, "%f", kFloatSet, FloatCompare, FloatEvalAndBound, FloatHash);
+NxTypeDesc wordRow =
+    ScalarRow("NxWord", 2, "%hu", kShortSet, WordCompare, WordEvalAndBound, WordHash);
+NxTypeDesc dwordRow =
+    ScalarRow("NxDWord", 4, "%lu", kLongSet, DwordCompare, DwordEvalAndBound, LongHash);
+NxTypeDesc intRow = ScalarRow("int", 4, "%d", kIntSet, IntCompare, IntEvalAndBound, IntHash);
+NxTypeDesc unsignedRow =
+    ScalarRow("unsigned", 4, "%u", kUnsignedSet, UnsignedCompare, UnsignedEvalAndBound, IntHash);
+NxTypeDesc enumRow = ScalarRow("enum", 4, "%d", kIntSet, IntCompare, IntEvalAndBound, IntHash);
+NxTypeDesc byteRow =
+    ScalarRow("NxByte", 1, "%c", kByteSet, ByteCompare, ByteEvalAndBound, ByteHash);
 NxTypeDesc stringRow = StringRow(true);
-NxTypeDesc blockIdRow = ScalarRow("BlockId", 4, "#%lu", kLongSet, DwordCompare);
+NxTypeDesc blockIdRow =
+    ScalarRow("BlockId", 4, "#%lu", kLongSet, DwordCompare, DwordEvalAndBound, LongHash);
 NxTypeDesc dIntervalRow = IntervalRow();
 
 // ---------------------------------------------------------------------------

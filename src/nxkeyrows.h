@@ -1,0 +1,97 @@
+// The EvalAndBound and Hash functions of the rows, for the source files that
+// fill those slots, and the element walk that every fixed-width hash shares.
+// Not installed.
+#ifndef NXTM_SRC_NXKEYROWS_H
+#define NXTM_SRC_NXKEYROWS_H
+
+#include <nxtm/nxtm.h>
+
+namespace nxrows {
+
+// Range evaluation of the plain numbers (nxtypevl.cpp).  "enum" shares the
+// function of "int", "NxDWord" and "BlockId" share one, and "d_Interval"
+// uses the function of "float".
+float CharEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                       uint32_t count, NxIdxBounds* narrowed);
+float ByteEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                       uint32_t count, NxIdxBounds* narrowed);
+float ShortEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                        uint32_t count, NxIdxBounds* narrowed);
+float WordEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                       uint32_t count, NxIdxBounds* narrowed);
+float IntEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                      uint32_t count, NxIdxBounds* narrowed);
+float UnsignedEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                           unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+float LongEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                       uint32_t count, NxIdxBounds* narrowed);
+float DwordEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                        uint32_t count, NxIdxBounds* narrowed);
+float FloatEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                        uint32_t count, NxIdxBounds* narrowed);
+float DoubleEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                         uint32_t count, NxIdxBounds* narrowed);
+
+// Hashes (nxtyphash.cpp).  "int", "enum" and "unsigned" share IntHash;
+// "long", "NxDWord" and "BlockId" share LongHash; "d_Interval" uses
+// FloatHash.
+uint32_t CharHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status);
+uint32_t ByteHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status);
+uint32_t ShortHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status);
+uint32_t WordHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status);
+uint32_t IntHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status);
+uint32_t LongHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status);
+uint32_t FloatHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status);
+uint32_t DoubleHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                    int& status);
+// "NxString" and the old string row: text records, key records and old
+// records in disk form, NxString objects in memory form.
+uint32_t StringHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                    int& status);
+uint32_t OldStringHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status);
+// "NxIString" and "NxCaseIString": the constant 0; `status` is not written.
+uint32_t LegacyStringHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                          int& status);
+
+// `row` with its Hash slot set, for rows defined in one expression.
+constexpr NxTypeDesc WithHash(NxTypeDesc row, NxHashFunc hash) {
+  row.Hash = hash;
+  return row;
+}
+
+// The factor of the last step of every hash but those of the null-capable
+// rows, and the hash of a null element and of a null string.
+constexpr uint32_t kHashMultiplier = NxHASH_MULTIPLIER;
+constexpr uint32_t kNullHash = NxHASH_NULL;
+constexpr int kHashPartial = 2101;
+
+// The element walk of the fixed-width hashes: the exclusive or of
+// `element(p)` over the `count` elements `width` bytes apart, without the
+// final multiplication.  A `length` other than 0 ends the value there: when
+// the next element would start at or behind it, the walk stops with
+// `status` 2101 and gives what it has.
+template <typename Element>
+uint32_t HashWalk(uint32_t width, uint32_t length, const void* value, uint32_t count, int& status,
+                  Element element) {
+  status = 0;
+  if (count == 0) return 0;
+  const unsigned char* base = static_cast<const unsigned char*>(value);
+  const uint64_t end = length != 0 ? length : static_cast<uint64_t>(width) * count;
+  uint64_t at = 0;
+  uint32_t hash = 0;
+  for (uint32_t done = 1;; ++done) {
+    hash ^= element(base + at);
+    if (done >= count) break;
+    if (at + width >= end) {
+      status = kHashPartial;
+      break;
+    }
+    at += width;
+  }
+  return hash;
+}
+
+}  // namespace nxrows
+
+#endif

@@ -1,0 +1,292 @@
+// Hashing.  Every row hashes an array the same way: an element hash per
+// element, combined by exclusive or (so the order of the elements does not
+// matter and equal pairs cancel), and one multiplication at the end.  The
+// rows differ only in what the element hash is made of.
+#include <cstdlib>
+#include <cstring>
+
+#include <nxtm/nxtyphash.h>
+
+#include "nxkeyrows.h"
+
+namespace {
+
+using nxrows::HashWalk;
+using nxrows::kHashMultiplier;
+using nxrows::kHashPartial;
+
+// One element of type T: read as it stands in the forms 8 and 1 (native on
+// this least-significant-byte-first machine), otherwise decoded by the base
+// library's byte-order function.
+template <typename T, NxStoreFunc Decode>
+inline T Read(const unsigned char* p, unsigned char form) {
+  T v;
+  if (form == 8 || form == 1) {
+    std::memcpy(&v, p, sizeof v);
+  } else {
+    Decode(&v, p, form, 1);
+  }
+  return v;
+}
+
+// A narrow number widened to 32 bits, signed or unsigned as its type is.
+template <typename T>
+inline uint32_t Widened(T value) {
+  return static_cast<uint32_t>(static_cast<int32_t>(value));
+}
+
+template <typename T, NxStoreFunc Decode>
+uint32_t NumberHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                    int& status) {
+  const unsigned char form = format & 0x0F;
+  return kHashMultiplier *
+         HashWalk(sizeof(T), length, value, count, status,
+                  [form](const unsigned char* p) { return Widened(Read<T, Decode>(p, form)); });
+}
+
+// ---------------------------------------------------------------------------
+// Strings.  A disk value is a run of text or key records (length L,
+// code set, language, text, 0, 0xFF) or one old record (length L and the
+// strings with their terminators, 8-bit text without a code set).  A stated
+// `length` may cut the run: a hard cut takes away text, a soft one only the
+// closing 0xFF.  Keys are never cut at 254 or more bytes of text, so a cut
+// there gets status -2999 and no hash.
+
+constexpr int kImpossibleCut = -2999;
+constexpr int64_t kMaxCutText = 254;
+constexpr size_t kScratch = 256;
+
+// A text copied and closed with two zero bytes, which end text of either
+// char width.  Up to kScratch bytes on the stack, beyond that from malloc.
+class ClosedText {
+ public:
+  ClosedText(const unsigned char* text, size_t bytes) {
+    char* at = local_;
+    if (bytes + 2 > kScratch) {
+      heap_ = static_cast<char*>(std::malloc(bytes + 2));
+      if (heap_ == nullptr) {
+        NxCallMemoryHandler(static_cast<uint32_t>(bytes + 2));
+        heap_ = static_cast<char*>(std::malloc(bytes + 2));
+        if (heap_ == nullptr) return;
+      }
+      at = heap_;
+    }
+    std::memcpy(at, text, bytes);
+    at[bytes] = 0;
+    at[bytes + 1] = 0;
+    text_ = at;
+  }
+  ~ClosedText() { std::free(heap_); }
+  ClosedText(const ClosedText&) = delete;
+  ClosedText& operator=(const ClosedText&) = delete;
+  // The copy, or null when no memory could be had for it.
+  char* get() const { return text_; }
+
+ private:
+  char local_[kScratch];
+  char* heap_ = nullptr;
+  char* text_ = nullptr;
+};
+
+inline unsigned CharWidth(unsigned char codeSet) {
+  return codeSet > 224 ? 2u : 1u;
+}
+
+// The element hash of a text at hand: whole when `hardCut` is false (the
+// record's 0 and 0xFF follow it), otherwise `available` bytes of it.
+// `bounded`: a stated length ends the bytes that may be read right behind
+// the text, so no terminator may be looked for behind it.
+uint32_t TextHash(unsigned char codeSet, unsigned char language, const unsigned char* text,
+                  int64_t textLength, int64_t available, bool hardCut, bool bounded,
+                  unsigned char form) {
+  // A key that ended early at a change of collation state carries bit 7 in
+  // its state byte; the hash takes the state without it.
+  if (codeSet == NxCS_ORDERS && (language & 0x80) != 0) language &= 0x7F;
+  const unsigned width = CharWidth(codeSet);
+  if (width != 1 && width != 2)
+    ZENTRO_assert("(CSSize1 == 1) || (CSSize1 == 2)", "src\\nxtyphash", __LINE__);
+  if (hardCut) {
+    // Only `available` bytes may be read: the iterator gets a closed copy of
+    // them, so that looking ahead for a contraction stops at the cut.
+    ClosedText closed(text, static_cast<size_t>(available));
+    const short maxChars = static_cast<short>(available / width);
+    return HashString(codeSet, language, closed.get(), maxChars, form);
+  }
+  if (width == 1 && !bounded) {
+    // 8-bit text ends in the record's own 0, which the hash stops at, as it
+    // would at the end of a closed copy.
+    return HashString(codeSet, language, reinterpret_cast<char*>(const_cast<unsigned char*>(text)),
+                      -1, form);
+  }
+  // A 16-bit text needs a 16-bit zero behind it, which a record doesn't have.
+  // (And a record that may be cut is not read behind its text.)
+  ClosedText closed(text, static_cast<size_t>(textLength));
+  if (closed.get() != nullptr) return HashString(codeSet, language, closed.get(), -1, form);
+  // No memory for the copy (and a memory handler that returned): the text
+  // is read where it stands, counted by characters.
+  return HashString(codeSet, language, reinterpret_cast<char*>(const_cast<unsigned char*>(text)),
+                    static_cast<short>(textLength / width), form);
+}
+
+uint32_t StringHashCore(unsigned char format, uint32_t length, void* value, uint32_t count,
+                        int& status, bool oldRow) {
+  status = 0;
+  if (count == 0) return 0;
+  uint32_t hash = 0;
+  if (format == 8) {
+    // Memory form: NxString objects.  A string without a buffer adds nothing.
+    const NxString* strings = static_cast<const NxString*>(value);
+    for (uint32_t i = 0; i < count; ++i) {
+      const NxString& s = strings[i];
+      if (s.data != nullptr) hash ^= HashString(s.codeSet, s.language, s.data, -1, 8);
+    }
+    return hash * kHashMultiplier;
+  }
+  const unsigned char form = format & 0x0F;
+  const unsigned char* at = static_cast<const unsigned char*>(value);
+  const bool limited = length != 0;
+  const unsigned char* const end = at + length;
+  // Inside an old record: `at` is the current string, `oldEnd` the end of
+  // the record.  Its strings are walked by their terminators.
+  const unsigned char* oldEnd = nullptr;
+  for (uint32_t done = 1;; ++done) {
+    const int64_t left = limited ? end - at : 0;  // stated bytes from `at`
+    const unsigned char* next;
+    if (oldEnd == nullptr) {
+      const int64_t L = Read<uint16_t, ShortStore>(at, form);
+      const bool whole = !limited || left >= L + 2;
+      const bool old = (format & 0x80) == 0 && (whole ? at[L + 1] == 0 : oldRow);
+      if (old) {
+        oldEnd = at + 2 + L;
+        at += 2;
+        --done;  // the first string of the record is read below
+        continue;
+      }
+      const unsigned char codeSet = at[2];
+      const unsigned char language = at[3];
+      const unsigned char* text = at + 4;
+      const int64_t textLength = static_cast<uint16_t>(L - 4);
+      bool hardCut = false;
+      int64_t available = textLength;
+      if (limited) {
+        // Whole, or only the closing 0xFF missing: the text is all there.
+        hardCut = left - 2 < L && left - 1 != L;
+        const int64_t inReach = left - 4 > 0 ? left - 4 : 0;
+        if (inReach < available) {
+          available = inReach;
+          // Only a length field below 4 (not a text record at all) lets a
+          // soft cut miss text; it is read as far as the bytes go.
+          hardCut = true;
+        }
+      }
+      if (available < textLength && available >= kMaxCutText) {
+        status = kImpossibleCut;
+        return 0;
+      }
+      hash ^= TextHash(codeSet, language, text, textLength, available, hardCut, limited, form);
+      next = at + L + 2;
+      if (done >= count) break;
+      if (limited && end - next <= 4) {
+        status = kHashPartial;
+        break;
+      }
+    } else {
+      // A string of an old record: its text runs to its terminator; the
+      // stated length is the rest of the record, as far as the final one.
+      const int64_t inRecord = oldEnd - at;
+      int64_t reach = inRecord;
+      if (limited && left < reach) reach = left > 0 ? left : 0;
+      const void* zero = std::memchr(at, 0, static_cast<size_t>(reach));
+      if (zero != nullptr) {
+        const int64_t textLength = static_cast<const unsigned char*>(zero) - at;
+        hash ^= TextHash(0, 0, at, textLength, textLength, false, false, form);
+        next = at + textLength + 1;
+      } else {
+        const int64_t textLength = inRecord - 1;
+        if (reach < textLength && reach >= kMaxCutText) {
+          status = kImpossibleCut;
+          return 0;
+        }
+        hash ^= TextHash(0, 0, at, textLength, reach, true, true, form);
+        next = at + reach + 1;
+      }
+      if (done >= count) break;
+      if (next >= oldEnd || (limited && end - next <= 0)) {
+        status = kHashPartial;
+        break;
+      }
+    }
+    at = next;
+  }
+  return hash * kHashMultiplier;
+}
+
+}  // namespace
+
+namespace nxrows {
+
+uint32_t CharHash(unsigned char, uint32_t length, void* value, uint32_t count, int& status) {
+  return kHashMultiplier * HashWalk(1, length, value, count, status, [](const unsigned char* p) {
+           return Widened(static_cast<signed char>(*p));
+         });
+}
+
+uint32_t ByteHash(unsigned char, uint32_t length, void* value, uint32_t count, int& status) {
+  return kHashMultiplier * HashWalk(1, length, value, count, status,
+                                    [](const unsigned char* p) { return uint32_t{*p}; });
+}
+
+uint32_t ShortHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                   int& status) {
+  return NumberHash<int16_t, ShortStore>(format, length, value, count, status);
+}
+
+uint32_t WordHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status) {
+  return NumberHash<uint16_t, ShortStore>(format, length, value, count, status);
+}
+
+uint32_t IntHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status) {
+  // 4 bytes in memory; on disk the width the base library gives an int.
+  const unsigned char form = format & 0x0F;
+  const uint32_t width = form == 8 ? 4u : IntSizeGet(nullptr, 8, format, 1);
+  return kHashMultiplier *
+         HashWalk(width, length, value, count, status,
+                  [form](const unsigned char* p) { return Read<uint32_t, IntLoad>(p, form); });
+}
+
+uint32_t LongHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status) {
+  return NumberHash<uint32_t, LongStore>(format, length, value, count, status);
+}
+
+uint32_t FloatHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                   int& status) {
+  // The 32 bits of the float as they stand: +0.0 and -0.0 hash apart.
+  return NumberHash<uint32_t, LongStore>(format, length, value, count, status);
+}
+
+uint32_t DoubleHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                    int& status) {
+  // The two 32-bit halves, each decoded on its own; their exclusive or does
+  // not depend on which half comes first.
+  const unsigned char form = format & 0x0F;
+  return kHashMultiplier *
+         HashWalk(8, length, value, count, status, [form](const unsigned char* p) {
+           return Read<uint32_t, LongStore>(p, form) ^ Read<uint32_t, LongStore>(p + 4, form);
+         });
+}
+
+uint32_t StringHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                    int& status) {
+  return StringHashCore(format, length, value, count, status, false);
+}
+
+uint32_t OldStringHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status) {
+  return StringHashCore(format, length, value, count, status, true);
+}
+
+uint32_t LegacyStringHash(unsigned char, uint32_t, void*, uint32_t, int&) {
+  return 0;
+}
+
+}  // namespace nxrows
