@@ -18,38 +18,10 @@
 
 namespace {
 
-std::u16string Utf16(const char* utf8) {
-  std::u16string out;
-  const unsigned char* p = reinterpret_cast<const unsigned char*>(utf8);
-  while (*p != 0) {
-    uint32_t cp = *p++;
-    if (cp >= 0xF0) {
-      cp = (cp & 0x07) << 18;
-      cp |= (*p++ & 0x3Fu) << 12;
-      cp |= (*p++ & 0x3Fu) << 6;
-      cp |= *p++ & 0x3Fu;
-    } else if (cp >= 0xE0) {
-      cp = (cp & 0x0F) << 12;
-      cp |= (*p++ & 0x3Fu) << 6;
-      cp |= *p++ & 0x3Fu;
-    } else if (cp >= 0xC0) {
-      cp = (cp & 0x1F) << 6;
-      cp |= *p++ & 0x3Fu;
-    }
-    if (cp >= 0x10000) {
-      out += static_cast<char16_t>(0xD800 + ((cp - 0x10000) >> 10));
-      out += static_cast<char16_t>(0xDC00 + ((cp - 0x10000) & 0x3FF));
-    } else {
-      out += static_cast<char16_t>(cp);
-    }
-  }
-  return out;
-}
-
 const std::vector<std::u16string>& Names() {
   static const std::vector<std::u16string> names = [] {
     std::vector<std::u16string> v;
-    for (const char* name : nxtest::kNames) v.push_back(Utf16(name));
+    for (const char* name : nxtest::kNames) v.push_back(nxtest::Utf16(name));
     return v;
   }();
   return names;

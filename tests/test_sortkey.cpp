@@ -16,35 +16,6 @@
 
 namespace {
 
-std::u16string Utf16(const std::string& utf8) {
-  std::u16string out;
-  for (size_t i = 0; i < utf8.size();) {
-    const unsigned char c = static_cast<unsigned char>(utf8[i]);
-    uint32_t cp = c;
-    size_t n = 1;
-    if (c >= 0xF0) {
-      cp = c & 0x07u;
-      n = 4;
-    } else if (c >= 0xE0) {
-      cp = c & 0x0Fu;
-      n = 3;
-    } else if (c >= 0xC0) {
-      cp = c & 0x1Fu;
-      n = 2;
-    }
-    for (size_t k = 1; k < n; ++k) cp = cp << 6 | (static_cast<unsigned char>(utf8[i + k]) & 0x3Fu);
-    i += n;
-    if (cp >= 0x10000) {
-      cp -= 0x10000;
-      out += static_cast<char16_t>(0xD800 + (cp >> 10));
-      out += static_cast<char16_t>(0xDC00 + (cp & 0x3FF));
-    } else {
-      out += static_cast<char16_t>(cp);
-    }
-  }
-  return out;
-}
-
 // A text with its code set: UTF-16 in code set 253, or Latin-1 bytes in
 // code set 2 when every character fits.
 struct Text {
@@ -111,7 +82,7 @@ const std::vector<Text>& Corpus() {
   static const std::vector<Text> corpus = [] {
     std::vector<Text> texts;
     std::vector<std::u16string> names;
-    for (const char* name : nxtest::kNames) names.push_back(Utf16(name));
+    for (const char* name : nxtest::kNames) names.push_back(nxtest::Utf16(name));
     std::mt19937 rng(20261124);
     const size_t real = names.size();
     for (size_t i = 0; i < 1500; ++i) {
@@ -251,7 +222,7 @@ TEST(SortKey, ReadsTextLikeNxStrCmp) {
 // nothing is written beyond the buffer; the first level of a text's start
 // begins the keys of the texts that begin with it.
 TEST(SortKey, CutKeysAndFirstLevel) {
-  const Text t = Unicode(Utf16("Müller-Lüdenscheidt, Ævar Þór"));
+  const Text t = Unicode(nxtest::Utf16("Müller-Lüdenscheidt, Ævar Þór"));
   for (unsigned short op : {0x00, 0x60, 0x100, 0x2E0}) {
     const std::string whole = KeyOf(t, 1, op);
     for (uint32_t size = 0; size <= whole.size(); ++size) {
@@ -264,12 +235,12 @@ TEST(SortKey, CutKeysAndFirstLevel) {
     }
   }
   for (unsigned short op : {0x00, 0x60, 0x2E0}) {
-    const std::string start = KeyOf(Unicode(Utf16("MÜL")), 1, op);
+    const std::string start = KeyOf(Unicode(nxtest::Utf16("MÜL")), 1, op);
     const uint32_t first = NxStrSortKeyFirstLevel(
         reinterpret_cast<const unsigned char*>(start.data()), static_cast<uint32_t>(start.size()), op);
     ASSERT_GT(first, 0u);
     EXPECT_EQ(KeyOf(t, 1, op).compare(0, first, start, 0, first), 0);
-    EXPECT_NE(KeyOf(Unicode(Utf16("Mal")), 1, op).compare(0, first, start, 0, first), 0);
+    EXPECT_NE(KeyOf(Unicode(nxtest::Utf16("Mal")), 1, op).compare(0, first, start, 0, first), 0);
   }
   EXPECT_EQ(NxStrSortKeyFirstLevel(nullptr, 0, 0), 0u);
 }

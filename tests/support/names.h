@@ -5,6 +5,8 @@
 #define NXTM_TEST_NAMES_H
 
 #include <cstddef>
+#include <cstdint>
+#include <string>
 
 namespace nxtest {
 
@@ -361,6 +363,27 @@ inline const char* const kNames[] = {
 };
 
 inline constexpr size_t kNameCount = sizeof kNames / sizeof kNames[0];
+
+// UTF-8 (well formed) to UTF-16, with surrogate pairs beyond the BMP.
+inline std::u16string Utf16(const std::string& utf8) {
+  std::u16string out;
+  for (size_t i = 0; i < utf8.size();) {
+    const unsigned char c = static_cast<unsigned char>(utf8[i]);
+    const size_t n = c >= 0xF0 ? 4 : c >= 0xE0 ? 3 : c >= 0xC0 ? 2 : 1;
+    uint32_t cp = n == 1 ? c : c & (0x7Fu >> n);
+    for (size_t k = 1; k < n && i + k < utf8.size(); ++k)
+      cp = cp << 6 | (static_cast<unsigned char>(utf8[i + k]) & 0x3Fu);
+    i += n;
+    if (cp >= 0x10000) {
+      cp -= 0x10000;
+      out += static_cast<char16_t>(0xD800 + (cp >> 10));
+      out += static_cast<char16_t>(0xDC00 + (cp & 0x3FF));
+    } else {
+      out += static_cast<char16_t>(cp);
+    }
+  }
+  return out;
+}
 
 }  // namespace nxtest
 
