@@ -72,6 +72,17 @@ class Utf16Text {
     size_t out = 0;
     size_t i = 0;
     while (i < n && out < room) {
+      // Runs of ASCII, the bulk of most text: eight bytes at a time, then
+      // byte by byte.
+      uint64_t eight;
+      while (i + 8 <= n && out + 8 <= room &&
+             (std::memcpy(&eight, text + i, 8), (eight & 0x8080808080808080u) == 0)) {
+        for (int k = 0; k < 8; ++k) data_[out + k] = text[i + k];
+        i += 8;
+        out += 8;
+      }
+      while (i < n && out < room && text[i] < 0x80) data_[out++] = text[i++];
+      if (i == n || out == room) break;
       uint32_t c = text[i++];
       if (c >= 0xC0) {
         uint32_t extra = c >= 0xF0 ? 3 : c >= 0xE0 ? 2 : 1;

@@ -254,6 +254,14 @@ TEST(SqliteExtension, MatchAndKeyAgreeWithTheLibrary) {
   EXPECT_EQ(db.Rows("SELECT nxtm_match('M?ller', 'Müller'), nxtm_match('m*', 'Müller'),"
                     " nxtm_match('m*', 'Müller', 'ci'), nxtm_match('*', NULL), nxtm_key(NULL)"),
             std::vector<std::string>{"1|0|1|NULL|NULL"});
+  // Malformed UTF-8 reads as U+FFFD in the collations, as SQLite's own
+  // conversion reads it for the functions.
+  EXPECT_EQ(db.Rows("SELECT CAST(x'4dfc6c6c6572' AS TEXT) = 'M' || char(65533) || 'ller'"
+                    " COLLATE NXTM, nxtm_key(CAST(x'4dfc6c6c6572' AS TEXT))"
+                    " = nxtm_key('M' || char(65533) || 'ller'),"
+                    " CAST(x'41c328f09f98804180' AS TEXT) = 'A' || char(65533, 40, 128512, 65, 65533)"
+                    " COLLATE NXTM"),
+            std::vector<std::string>{"1|1|1"});
 }
 
 // The indexed pattern query returns exactly the rows of the full scan, for
