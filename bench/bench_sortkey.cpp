@@ -38,8 +38,8 @@ void BM_SortKey(benchmark::State& state, unsigned short cmpOp) {
   size_t bytes = 0;
   unsigned char key[512];
   for (auto _ : state) {
-    const uint32_t n = NxStrSortKey(NxCS_UNICODE, NxLANG_NEUTRAL, Text(names[k]), cmpOp, 8, key,
-                                    sizeof key);
+    const uint32_t n =
+        NxStrSortKey(NxCS_UNICODE, NxLANG_NEUTRAL, Text(names[k]), cmpOp, 8, key, sizeof key);
     benchmark::DoNotOptimize(key);
     bytes += n;
     if (++k == names.size()) k = 0;
@@ -57,10 +57,9 @@ void BM_StrCmp(benchmark::State& state, unsigned short cmpOp) {
   size_t k = 0;
   for (auto _ : state) {
     const size_t j = k + 1 == names.size() ? 0 : k + 1;
-    benchmark::DoNotOptimize(NxStrCmp(NxCS_UNICODE, NxLANG_NEUTRAL, Text(names[k]), NxCS_UNICODE,
-                                      NxLANG_NEUTRAL, Text(names[j]),
-                                      static_cast<unsigned short>(cmpOp | NxCMP_NO_WILDCARDS), -1,
-                                      8, nullptr));
+    benchmark::DoNotOptimize(NxStrCmp(
+        NxCS_UNICODE, NxLANG_NEUTRAL, Text(names[k]), NxCS_UNICODE, NxLANG_NEUTRAL, Text(names[j]),
+        static_cast<unsigned short>(cmpOp | NxCMP_NO_WILDCARDS), -1, 8, nullptr));
     k = j;
   }
 }
@@ -76,8 +75,7 @@ void BM_SortByKeys(benchmark::State& state) {
     keys.reserve(names.size());
     for (const auto& s : names) {
       unsigned char key[512];
-      const uint32_t n =
-          NxStrSortKey(NxCS_UNICODE, NxLANG_NEUTRAL, Text(s), 0, 8, key, sizeof key);
+      const uint32_t n = NxStrSortKey(NxCS_UNICODE, NxLANG_NEUTRAL, Text(s), 0, 8, key, sizeof key);
       keys.emplace_back(reinterpret_cast<const char*>(key), n);
     }
     std::sort(keys.begin(), keys.end());

@@ -50,7 +50,8 @@ long Run(const std::string& sql, int repeat, double& ms) {
     rows = 0;
     int rc;
     const bool count = sql.rfind("SELECT count(*)", 0) == 0;
-    while ((rc = sqlite3_step(stmt)) == SQLITE_ROW) rows = count ? sqlite3_column_int64(stmt, 0) : rows + 1;
+    while ((rc = sqlite3_step(stmt)) == SQLITE_ROW)
+      rows = count ? sqlite3_column_int64(stmt, 0) : rows + 1;
     if (rc != SQLITE_DONE) Die(sql.c_str());
     sqlite3_finalize(stmt);
     const double t = Now() - start;
@@ -61,7 +62,8 @@ long Run(const std::string& sql, int repeat, double& ms) {
 
 std::string Plan(const std::string& sql) {
   sqlite3_stmt* stmt = nullptr;
-  if (sqlite3_prepare_v2(db, ("EXPLAIN QUERY PLAN " + sql).c_str(), -1, &stmt, nullptr) != SQLITE_OK)
+  if (sqlite3_prepare_v2(db, ("EXPLAIN QUERY PLAN " + sql).c_str(), -1, &stmt, nullptr) !=
+      SQLITE_OK)
     Die("plan");
   std::string plan;
   while (sqlite3_step(stmt) == SQLITE_ROW) {
@@ -126,13 +128,18 @@ int main(int argc, char** argv) {
   const struct {
     const char* pattern;
     const char* like;
-  } patterns[] = {{"mül*", "mül%"}, {"schr?der*", "schr_der%"}, {"d*", "d%"},
-                  {"jo*son", "jo%son"}, {"*son", "%son"}};
+  } patterns[] = {{"mül*", "mül%"},
+                  {"schr?der*", "schr_der%"},
+                  {"d*", "d%"},
+                  {"jo*son", "jo%son"},
+                  {"*son", "%son"}};
   for (const auto& p : patterns) {
     const std::string pat = std::string("'") + p.pattern + "'";
-    const std::string indexed = "SELECT count(*) FROM t WHERE nxtm_key(name, 'ci ai') BETWEEN "
-                                "nxtm_key_low(" + pat + ", 'ci ai') AND nxtm_key_high(" + pat +
-                                ", 'ci ai') AND nxtm_match(" + pat + ", name, 'ci ai')";
+    const std::string indexed =
+        "SELECT count(*) FROM t WHERE nxtm_key(name, 'ci ai') BETWEEN "
+        "nxtm_key_low(" +
+        pat + ", 'ci ai') AND nxtm_key_high(" + pat + ", 'ci ai') AND nxtm_match(" + pat +
+        ", name, 'ci ai')";
     const std::string scan = "SELECT count(*) FROM t WHERE nxtm_match(" + pat + ", name, 'ci ai')";
     const std::string like = std::string("SELECT count(*) FROM t WHERE name LIKE '") + p.like + "'";
     const std::string likeScan =

@@ -262,9 +262,9 @@ const std::vector<Collation>& Collations() {
 }
 
 int CompareTexts(const Options& o, const Utf16Text& a, const Utf16Text& b) {
-  const int32_t r = NxStrCmp(kCodeSet, o.language, a.data(), kCodeSet, o.language, b.data(),
-                             static_cast<unsigned short>(o.cmpOp | NxCMP_NO_WILDCARDS), -1,
-                             kFormat, nullptr);
+  const int32_t r =
+      NxStrCmp(kCodeSet, o.language, a.data(), kCodeSet, o.language, b.data(),
+               static_cast<unsigned short>(o.cmpOp | NxCMP_NO_WILDCARDS), -1, kFormat, nullptr);
   return (r > 0) - (r < 0);
 }
 
@@ -346,8 +346,8 @@ bool ReadPattern(sqlite3_context* ctx, sqlite3_value* v, int i, bool utf8, Utf16
   bool isNull;
   if (!ReadText(ctx, v, i, false, utf8, pattern, isNull)) return false;
   if (pattern.units() * 2 > NxSTRING_MAX_SIZE) {
-    Error(ctx, "the pattern is longer than " + std::to_string(NxSTRING_MAX_SIZE / 2) +
-                   " UTF-16 units");
+    Error(ctx,
+          "the pattern is longer than " + std::to_string(NxSTRING_MAX_SIZE / 2) + " UTF-16 units");
     return false;
   }
   return true;
@@ -425,9 +425,7 @@ class KeyResult {
     data_[length_++] = byte;
   }
 
-  void Return() {
-    sqlite3_result_blob64(ctx_, data_, length_, SQLITE_TRANSIENT);
-  }
+  void Return() { sqlite3_result_blob64(ctx_, data_, length_, SQLITE_TRANSIENT); }
 
  private:
   sqlite3_context* ctx_;
@@ -495,11 +493,9 @@ NXTM_SQLITE_EXPORT int sqlite3_nxtmsqlite_init(sqlite3* db, char** error,
   int rc = SQLITE_OK;
   for (const Collation& c : Collations()) {
     void* user = const_cast<Options*>(&c.options);
-    rc = sqlite3_create_collation_v2(db, c.name.c_str(), SQLITE_UTF16, user, CollateUtf16,
-                                     nullptr);
+    rc = sqlite3_create_collation_v2(db, c.name.c_str(), SQLITE_UTF16, user, CollateUtf16, nullptr);
     if (rc == SQLITE_OK)
-      rc = sqlite3_create_collation_v2(db, c.name.c_str(), SQLITE_UTF8, user, CollateUtf8,
-                                       nullptr);
+      rc = sqlite3_create_collation_v2(db, c.name.c_str(), SQLITE_UTF8, user, CollateUtf8, nullptr);
     if (rc != SQLITE_OK) break;
   }
   const int flags = SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;

@@ -32,7 +32,8 @@ inline PatternStart FixedStart(unsigned char codeSet, unsigned char language, co
   while (pattern[2 * units] != 0 || pattern[2 * units + 1] != 0) ++units;
   if ((cmpOp & NxCMP_EXACT) == 0) {
     unsigned short byteOffset = 65535;
-    const unsigned short at = FindWildcard(codeSet, language, pattern, 0, 65535, &byteOffset, format);
+    const unsigned short at =
+        FindWildcard(codeSet, language, pattern, 0, 65535, &byteOffset, format);
     if (at != 65535 && byteOffset != 65535) return {byteOffset, true};
   }
   return {2 * units, false};

@@ -49,7 +49,8 @@ class Db {
   }
 
   // All rows of a query, columns joined by '|'; text parameters in order.
-  std::vector<std::string> Rows(const std::string& sql, const std::vector<std::string>& params = {}) {
+  std::vector<std::string> Rows(const std::string& sql,
+                                const std::vector<std::string>& params = {}) {
     sqlite3_stmt* stmt = nullptr;
     EXPECT_EQ(sqlite3_prepare_v2(db_, sql.c_str(), -1, &stmt, nullptr), SQLITE_OK)
         << sql << ": " << sqlite3_errmsg(db_);
@@ -121,48 +122,41 @@ std::vector<std::string> Names(size_t joined) {
 }
 
 // A pattern made from a name: its start, a wildcard, maybe more of it,
-// some letters in another case, and now and then wildcards elsewhere.
+// some letters in another case or with an accent, now and then wildcards
+// elsewhere, and sometimes none.
 std::string Pattern(std::mt19937& rng, const std::string& name) {
-  std::u16string s = nxtest::Utf16(name);
-  const size_t cut = s.empty() ? 0 : rng() % (s.size() + 1);
-  std::u16string p = s.substr(0, cut);
-  switch (rng() % 6) {
-    case 0:
-      break;  // no wildcard: equality at the strength
-    case 1:
-      p += u"?";
-      p += s.substr(std::min(s.size(), cut + 1));
-      break;
-    case 2:
-      p += u"*" + s.substr(std::min(s.size(), cut + 2));
-      break;
-    case 3:
-      p = u"*" + s.substr(cut);
-      break;
-    default:
-      p += u"*";
-      break;
-  }
-  for (char16_t& c : p) {
-    if (rng() % 4 == 0 && c >= u'a' && c <= u'z') c = static_cast<char16_t>(c - 32);
-    if (rng() % 8 == 0 && c == u'u') c = u'ü';
-  }
-  std::string utf8;
-  for (char16_t c : p) {
-    if (c < 0x80) {
-      utf8 += static_cast<char>(c);
-    } else if (c < 0x800) {
-      utf8 += static_cast<char>(0xC0 | (c >> 6));
-      utf8 += static_cast<char>(0x80 | (c & 0x3F));
-    } else if (c >= 0xD800 && c < 0xE000) {
-      utf8 += "?";  // a cut surrogate pair
+  std::vector<std::string> chars;  // the name's UTF-8 characters
+  for (size_t i = 0; i < name.size(); ++i) {
+    if ((static_cast<unsigned char>(name[i]) & 0xC0) == 0x80) {
+      chars.back() += name[i];
     } else {
-      utf8 += static_cast<char>(0xE0 | (c >> 12));
-      utf8 += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-      utf8 += static_cast<char>(0x80 | (c & 0x3F));
+      chars.emplace_back(1, name[i]);
     }
   }
-  return utf8;
+  auto join = [&](size_t from, size_t to) {
+    std::string out;
+    for (size_t i = from; i < std::min(to, chars.size()); ++i) {
+      std::string c = chars[i];
+      if (rng() % 4 == 0 && c[0] >= 'a' && c[0] <= 'z') c[0] = static_cast<char>(c[0] - 32);
+      if (rng() % 8 == 0 && c == "u") c = "ü";
+      out += c;
+    }
+    return out;
+  };
+  const size_t cut = rng() % (chars.size() + 1);
+  const size_t n = chars.size();
+  switch (rng() % 6) {
+    case 0:
+      return join(0, cut);  // no wildcard: equality at the strength
+    case 1:
+      return join(0, cut) + "?" + join(cut + 1, n);
+    case 2:
+      return join(0, cut) + "*" + join(cut + 2, n);
+    case 3:
+      return "*" + join(cut, n);
+    default:
+      return join(0, cut) + "*";
+  }
 }
 
 std::string TempPath(const char* name) {
@@ -173,9 +167,10 @@ struct Variant {
   const char* language;  // in collation names
   unsigned char number;
 };
-const Variant kLanguages[] = {{"", 1},     {"_NEUTRAL", 1}, {"_DE_PHONEBOOK", 2},
-                              {"_ES_TRADITIONAL", 3}, {"_SV", 4}, {"_DA_NO", 5},
-                              {"_CS", 6},  {"_EL", 7},      {"_RU", 8}};
+const Variant kLanguages[] = {
+    {"", 1},    {"_NEUTRAL", 1}, {"_DE_PHONEBOOK", 2}, {"_ES_TRADITIONAL", 3},
+    {"_SV", 4}, {"_DA_NO", 5},   {"_CS", 6},           {"_EL", 7},
+    {"_RU", 8}};
 const struct {
   const char* suffix;
   unsigned short cmpOp;
@@ -202,12 +197,15 @@ TEST(SqliteExtension, CollationsOrderAsNxStrCmp) {
         for (int k = 0; k < 100; ++k) {
           const std::string& a = names[rng() % names.size()];
           const std::string& b = k % 4 == 0 ? a : names[rng() % names.size()];
-          const std::vector<std::string> r = db.Rows(
-              "SELECT (?1 = ?2 COLLATE " + collation + ") - (?1 < ?2 COLLATE " + collation +
-                  ") * 2",
-              {a, b});
+          const std::vector<std::string> r =
+              db.Rows("SELECT (?1 = ?2 COLLATE " + collation + ") - (?1 < ?2 COLLATE " + collation +
+                          ") * 2",
+                      {a, b});
           const int want = Compare(a, b, op, l.number);
-          ASSERT_EQ(r[0], want == 0 ? "1" : want < 0 ? "-2" : "0") << collation << " " << a << "/" << b;
+          ASSERT_EQ(r[0], want == 0  ? "1"
+                          : want < 0 ? "-2"
+                                     : "0")
+              << collation << " " << a << "/" << b;
         }
       }
     }
@@ -256,12 +254,13 @@ TEST(SqliteExtension, MatchAndKeyAgreeWithTheLibrary) {
             std::vector<std::string>{"1|0|1|NULL|NULL"});
   // Malformed UTF-8 reads as U+FFFD in the collations, as SQLite's own
   // conversion reads it for the functions.
-  EXPECT_EQ(db.Rows("SELECT CAST(x'4dfc6c6c6572' AS TEXT) = 'M' || char(65533) || 'ller'"
-                    " COLLATE NXTM, nxtm_key(CAST(x'4dfc6c6c6572' AS TEXT))"
-                    " = nxtm_key('M' || char(65533) || 'ller'),"
-                    " CAST(x'41c328f09f98804180' AS TEXT) = 'A' || char(65533, 40, 128512, 65, 65533)"
-                    " COLLATE NXTM"),
-            std::vector<std::string>{"1|1|1"});
+  EXPECT_EQ(
+      db.Rows("SELECT CAST(x'4dfc6c6c6572' AS TEXT) = 'M' || char(65533) || 'ller'"
+              " COLLATE NXTM, nxtm_key(CAST(x'4dfc6c6c6572' AS TEXT))"
+              " = nxtm_key('M' || char(65533) || 'ller'),"
+              " CAST(x'41c328f09f98804180' AS TEXT) = 'A' || char(65533, 40, 128512, 65, 65533)"
+              " COLLATE NXTM"),
+      std::vector<std::string>{"1|1|1"});
 }
 
 // The indexed pattern query returns exactly the rows of the full scan, for
@@ -288,8 +287,9 @@ TEST(SqliteExtension, IndexedPatternQueryEqualsFullScan) {
       std::string plan;
       for (const std::string& row : db.Rows("EXPLAIN QUERY PLAN " + indexed, {"Mül*"}))
         plan += row + "\n";
-      EXPECT_NE(plan.find("SEARCH t USING INDEX k" + std::to_string(o) + " (<expr>>? AND <expr><?)"),
-                std::string::npos)
+      EXPECT_NE(
+          plan.find("SEARCH t USING INDEX k" + std::to_string(o) + " (<expr>>? AND <expr><?)"),
+          std::string::npos)
           << plan;
       size_t found = 0;
       const int rounds = o == 0 ? 300 : 80;
@@ -321,24 +321,37 @@ TEST(SqliteExtension, BadInputIsAnErrorAndChangesNothing) {
       std::string sql;
       const char* message;
     } cases[] = {
-        {"INSERT INTO t(name) VALUES(x'4142')", "nxtm_key: the first argument is a BLOB; text expected"},
-        {"UPDATE t SET name = 'x' WHERE nxtm_match(NULL, name)", "nxtm_match: the first argument is NULL"},
-        {"UPDATE t SET name = 'x' WHERE nxtm_match(x'2a', name)", "nxtm_match: the first argument is a BLOB"},
-        {"UPDATE t SET name = 'x' WHERE nxtm_match('*', x'41')", "nxtm_match: the second argument is a BLOB"},
-        {"DELETE FROM t WHERE nxtm_match('*', name, 'ci bogus')", "nxtm_match: unknown option 'bogus'"},
-        {"DELETE FROM t WHERE nxtm_match('*', name, 'language=klingon')", "nxtm_match: unknown language 'klingon'"},
-        {"DELETE FROM t WHERE nxtm_match('*', name, 'language=99')", "nxtm_match: unknown language '99'"},
+        {"INSERT INTO t(name) VALUES(x'4142')",
+         "nxtm_key: the first argument is a BLOB; text expected"},
+        {"UPDATE t SET name = 'x' WHERE nxtm_match(NULL, name)",
+         "nxtm_match: the first argument is NULL"},
+        {"UPDATE t SET name = 'x' WHERE nxtm_match(x'2a', name)",
+         "nxtm_match: the first argument is a BLOB"},
+        {"UPDATE t SET name = 'x' WHERE nxtm_match('*', x'41')",
+         "nxtm_match: the second argument is a BLOB"},
+        {"DELETE FROM t WHERE nxtm_match('*', name, 'ci bogus')",
+         "nxtm_match: unknown option 'bogus'"},
+        {"DELETE FROM t WHERE nxtm_match('*', name, 'language=klingon')",
+         "nxtm_match: unknown language 'klingon'"},
+        {"DELETE FROM t WHERE nxtm_match('*', name, 'language=99')",
+         "nxtm_match: unknown language '99'"},
         {"DELETE FROM t WHERE nxtm_match('*', name, NULL)", "nxtm_match: the options are NULL"},
         {"DELETE FROM t WHERE nxtm_key(name, x'6369') > x''", "nxtm_key: the options are a BLOB"},
-        {"DELETE FROM t WHERE nxtm_key(name, 'ci ai') >= nxtm_key_low(NULL, 'ci ai')", "nxtm_key_low: the first argument is NULL"},
-        {"DELETE FROM t WHERE nxtm_key(name, 'ci ai') <= nxtm_key_high(x'00', 'ci ai')", "nxtm_key_high: the first argument is a BLOB"},
-        {"DELETE FROM t WHERE nxtm_key(name) <= nxtm_key_high('" + longPattern + "')", "nxtm_key_high: the pattern is longer than 32766 UTF-16 units"},
-        {"DELETE FROM t WHERE nxtm_match('" + longPattern + "', name)", "nxtm_match: the pattern is longer"},
-        {"INSERT INTO t(name) SELECT nxtm_key_low('a', 'language=') FROM t", "nxtm_key_low: unknown language ''"},
+        {"DELETE FROM t WHERE nxtm_key(name, 'ci ai') >= nxtm_key_low(NULL, 'ci ai')",
+         "nxtm_key_low: the first argument is NULL"},
+        {"DELETE FROM t WHERE nxtm_key(name, 'ci ai') <= nxtm_key_high(x'00', 'ci ai')",
+         "nxtm_key_high: the first argument is a BLOB"},
+        {"DELETE FROM t WHERE nxtm_key(name) <= nxtm_key_high('" + longPattern + "')",
+         "nxtm_key_high: the pattern is longer than 32766 UTF-16 units"},
+        {"DELETE FROM t WHERE nxtm_match('" + longPattern + "', name)",
+         "nxtm_match: the pattern is longer"},
+        {"INSERT INTO t(name) SELECT nxtm_key_low('a', 'language=') FROM t",
+         "nxtm_key_low: unknown language ''"},
     };
     for (const auto& c : cases) {
       const std::string message = db.Fails(c.sql);
-      EXPECT_EQ(message.rfind(c.message, 0), 0u) << c.sql.substr(0, 80) << " gave \"" << message << "\"";
+      EXPECT_EQ(message.rfind(c.message, 0), 0u)
+          << c.sql.substr(0, 80) << " gave \"" << message << "\"";
       EXPECT_EQ(db.Rows(content), before) << c.sql.substr(0, 80);
     }
     EXPECT_EQ(db.Rows("PRAGMA integrity_check"), std::vector<std::string>{"ok"});

@@ -140,7 +140,8 @@ class Elements {
       const unsigned short value = wide_ ? Unit(it_.position) : *it_.position;
       if (value == 0) return 0;
       const NxOrderRecord* record = table_->Find(value);
-      if (record != nullptr && (record->hasNext | record->hasVariants | record->hasExpansion) == 0) {
+      if (record != nullptr &&
+          (record->hasNext | record->hasVariants | record->hasExpansion) == 0) {
         it_.state = record->stateSource != nullptr ? *record->stateSource : home_;
         it_.position += wide_ ? 2 : 1;
         return record->order;
@@ -237,7 +238,7 @@ class Tiebreaks {
  public:
   Tiebreaks(const Out* out, bool accents, bool cases, bool passed, uint32_t accentStart,
             uint32_t accentLength, uint32_t caseStart, uint32_t passedStart, uint32_t passedLength,
-            bool closeAccents, bool closePassed)
+            bool closeAccents)
       : accents_(out, accentStart + accentLength),
         passed_(out, passedStart + passedLength),
         out_(out),
@@ -245,8 +246,7 @@ class Tiebreaks {
         useAccents_(accents),
         useCases_(cases),
         usePassed_(passed),
-        closeAccents_(closeAccents),
-        closePassed_(closePassed) {
+        closeAccents_(closeAccents) {
     if (out_ != nullptr && closeAccents_) accents_.Finish(true);
   }
 
@@ -289,7 +289,7 @@ class Tiebreaks {
     }
     if (useCases_ && out_ != nullptr && counted_ % 4 != 0)
       out_->Put(caseAt_++, static_cast<unsigned char>(caseByte_));
-    if (usePassed_) passed_.Finish(closePassed_);
+    if (usePassed_) passed_.Finish(false);  // always the last level
   }
 
   uint32_t counted() const { return counted_; }
@@ -326,12 +326,34 @@ class Tiebreaks {
   const bool useCases_;
   const bool usePassed_;
   const bool closeAccents_;
-  const bool closePassed_;
 };
 
 // Elements kept from the first walk for the second, so that short texts
 // are read once.
 constexpr uint32_t kKept = 256;
+
+// The next element that takes part in the comparison at `cmpOp`, as 16
+// bits (kCounts with case and accent, or the order of an element passed
+// over), with the weight of an element that counts; false at the end.
+// Spaces and symbols of the low states are passed over, or left out with
+// NxCMP_IGNORE_SPACES and NxCMP_IGNORE_SYMBOLS, as NxStrCmp reads them.
+bool NextElement(Elements& elements, unsigned short cmpOp, uint16_t& element, uint32_t& weight) {
+  for (;;) {
+    const unsigned short order = elements.Next();
+    if (order == 0) return false;
+    const unsigned char state = elements.state();
+    if (order >= kFirstDigit || state >= kUnknownState) {
+      weight = NxStringIterator::WeightOf(order, state);
+      element = static_cast<uint16_t>(kCounts | (weight & 0x7F));
+      return true;
+    }
+    const unsigned short invisible =
+        order >= kFirstSymbol ? NxCMP_IGNORE_SYMBOLS : NxCMP_IGNORE_SPACES;
+    if ((cmpOp & invisible) != 0) continue;
+    element = order;
+    return true;
+  }
+}
 
 uint32_t ExactKey(Elements& elements, const Out& out) {
   uint32_t length = 0;
@@ -372,23 +394,14 @@ uint32_t NxStrSortKey(unsigned char codeSet, unsigned char language, const char*
   uint32_t keptCount = 0;
   bool allKept = true;
   uint32_t length = 0;
-  Tiebreaks measure(nullptr, accents, cases, passed, 0, 0, 0, 0, 0, closeAccents, false);
-  for (;;) {
-    const unsigned short order = elements.Next();
-    if (order == 0) break;
-    const unsigned char state = elements.state();
-    uint16_t element;
-    if (order >= kFirstDigit || state >= kUnknownState) {
-      const uint32_t weight = NxStringIterator::WeightOf(order, state);
+  Tiebreaks measure(nullptr, accents, cases, passed, 0, 0, 0, 0, 0, closeAccents);
+  uint16_t element;
+  uint32_t weight;
+  while (NextElement(elements, cmpOp, element, weight)) {
+    if ((element & kCounts) != 0) {
       unsigned char code[4];
       const uint32_t n = EncodeHigh(weight >> 8, code);
       for (uint32_t i = 0; i < n; ++i) out.Put(length++, code[i]);
-      element = static_cast<uint16_t>(kCounts | (weight & 0x7F));
-    } else {
-      const unsigned short invisible = order >= kFirstSymbol ? NxCMP_IGNORE_SYMBOLS
-                                                             : NxCMP_IGNORE_SPACES;
-      if ((cmpOp & invisible) != 0) continue;
-      element = order;
     }
     measure.Add(element);
     if (keptCount < kKept) {
@@ -410,22 +423,12 @@ uint32_t NxStrSortKey(unsigned char codeSet, unsigned char language, const char*
 
   // Second walk: the other levels, from the kept elements or from the text.
   Tiebreaks write(&out, accents, cases, passed, accentStart, measure.accentLength(), caseStart,
-                  passedStart, measure.passedLength(), closeAccents, false);
+                  passedStart, measure.passedLength(), closeAccents);
   if (allKept) {
     for (uint32_t i = 0; i < keptCount; ++i) write.Add(kept[i]);
   } else {
     Elements again(codeSet, language, text, format);
-    for (;;) {
-      const unsigned short order = again.Next();
-      if (order == 0) break;
-      const unsigned char state = again.state();
-      if (order >= kFirstDigit || state >= kUnknownState) {
-        write.Add(static_cast<uint16_t>(kCounts | (NxStringIterator::WeightOf(order, state) & 0x7F)));
-      } else if ((cmpOp & (order >= kFirstSymbol ? NxCMP_IGNORE_SYMBOLS : NxCMP_IGNORE_SPACES)) ==
-                 0) {
-        write.Add(order);
-      }
-    }
+    while (NextElement(again, cmpOp, element, weight)) write.Add(element);
   }
   write.Finish();
   return total;

@@ -122,8 +122,8 @@ std::string Show(const Text& t) {
   if (t.codeSet == NxCS_UNICODE) {
     for (size_t i = 0; i + 3 < t.bytes.size(); i += 2) {
       char buf[8];
-      const unsigned u = static_cast<unsigned char>(t.bytes[i]) |
-                         static_cast<unsigned char>(t.bytes[i + 1]) << 8;
+      const unsigned u =
+          static_cast<unsigned char>(t.bytes[i]) | static_cast<unsigned char>(t.bytes[i + 1]) << 8;
       if (u >= 0x20 && u < 0x7F) {
         s += static_cast<char>(u);
       } else {
@@ -138,8 +138,8 @@ std::string Show(const Text& t) {
 }
 
 const unsigned short kStrengths[] = {
-    0x00,  0x20,  0x40,  0x60,  0x80,  0xA0,  0xC0,  0xE0,  0x200, 0x220, 0x240,
-    0x260, 0x280, 0x2A0, 0x2C0, 0x2E0, 0x100, 0x160,
+    0x00,  0x20,  0x40,  0x60,  0x80,  0xA0,  0xC0,  0xE0,  0x200,
+    0x220, 0x240, 0x260, 0x280, 0x2A0, 0x2C0, 0x2E0, 0x100, 0x160,
 };
 
 // For each strength and language: the keys sorted by memcmp must be sorted
@@ -163,13 +163,13 @@ TEST(SortKey, OrdersLikeNxStrCmpAtEveryStrengthAndLanguage) {
       auto check = [&](size_t a, size_t b) {
         const Text& x = texts[a];
         const Text& y = texts[b];
-        const int want = Sign(NxStrCmp(x.codeSet, language, x.data(), y.codeSet, language,
-                                       y.data(), cmpOp, -1, 1, nullptr));
+        const int want = Sign(NxStrCmp(x.codeSet, language, x.data(), y.codeSet, language, y.data(),
+                                       cmpOp, -1, 1, nullptr));
         const int got = KeyOrder(keys[a], keys[b]);
         if (want != got && ++failures <= 5) {
           ADD_FAILURE() << "language " << int(language) << " cmpOp 0x" << std::hex << cmpOp
-                        << std::dec << ": \"" << Show(x) << "\" vs \"" << Show(y)
-                        << "\": NxStrCmp " << want << ", keys " << got;
+                        << std::dec << ": \"" << Show(x) << "\" vs \"" << Show(y) << "\": NxStrCmp "
+                        << want << ", keys " << got;
         }
       };
       for (size_t i = 0; i + 1 < order.size(); ++i) check(order[i], order[i + 1]);
@@ -199,9 +199,9 @@ TEST(SortKey, ReadsTextLikeNxStrCmp) {
   EXPECT_EQ(key(0, 1, "Gr\xfc\xdf", 1), key(NxCS_CP1252, 1, "Gr\xfc\xdf", 1));
   // The same text in disk byte orders and in code sets ordered through
   // Unicode (Greek in ISO-8859-7).
-  EXPECT_EQ(key(NxCS_UNICODE, 1, "\0M\0\xfc\0l\0\0", 2), key(NxCS_UNICODE, 1, "M\0\xfc\0l\0\0\0", 1));
-  EXPECT_EQ(key(NxCS_ISO8859_7, 7, "\xd3\xf9", 1),
-            key(NxCS_UNICODE, 7, "\xa3\x03\xc9\x03\0\0", 1));
+  EXPECT_EQ(key(NxCS_UNICODE, 1, "\0M\0\xfc\0l\0\0", 2),
+            key(NxCS_UNICODE, 1, "M\0\xfc\0l\0\0\0", 1));
+  EXPECT_EQ(key(NxCS_ISO8859_7, 7, "\xd3\xf9", 1), key(NxCS_UNICODE, 7, "\xa3\x03\xc9\x03\0\0", 1));
 
   // Only the first 65535 elements count: texts that differ behind them have
   // equal keys, as NxStrCmp finds them equal.  Each ß gives two elements.
@@ -210,9 +210,9 @@ TEST(SortKey, ReadsTextLikeNxStrCmp) {
   b[39999] = u'z';
   const Text ta = Unicode(a);
   const Text tb = Unicode(b);
-  EXPECT_EQ(NxStrCmp(NxCS_UNICODE, 1, ta.data(), NxCS_UNICODE, 1, tb.data(), 0x10 | op, -1, 1,
-                     nullptr),
-            0);
+  EXPECT_EQ(
+      NxStrCmp(NxCS_UNICODE, 1, ta.data(), NxCS_UNICODE, 1, tb.data(), 0x10 | op, -1, 1, nullptr),
+      0);
   EXPECT_EQ(key(NxCS_UNICODE, 1, ta.data(), 1), key(NxCS_UNICODE, 1, tb.data(), 1));
   b[1000] = u'z';
   EXPECT_LT(key(NxCS_UNICODE, 1, ta.data(), 1), key(NxCS_UNICODE, 1, Unicode(b).data(), 1));
@@ -236,8 +236,9 @@ TEST(SortKey, CutKeysAndFirstLevel) {
   }
   for (unsigned short op : {0x00, 0x60, 0x2E0}) {
     const std::string start = KeyOf(Unicode(nxtest::Utf16("MÜL")), 1, op);
-    const uint32_t first = NxStrSortKeyFirstLevel(
-        reinterpret_cast<const unsigned char*>(start.data()), static_cast<uint32_t>(start.size()), op);
+    const uint32_t first =
+        NxStrSortKeyFirstLevel(reinterpret_cast<const unsigned char*>(start.data()),
+                               static_cast<uint32_t>(start.size()), op);
     ASSERT_GT(first, 0u);
     EXPECT_EQ(KeyOf(t, 1, op).compare(0, first, start, 0, first), 0);
     EXPECT_NE(KeyOf(Unicode(nxtest::Utf16("Mal")), 1, op).compare(0, first, start, 0, first), 0);

@@ -21,8 +21,9 @@ bool Print(sqlite3* db, const char* sql, const char* pattern, const char* prefix
   sqlite3_bind_text(stmt, 1, pattern, -1, SQLITE_STATIC);
   int rc;
   while ((rc = sqlite3_step(stmt)) == SQLITE_ROW)
-    std::printf("%s%s\n", prefix,
-                reinterpret_cast<const char*>(sqlite3_column_text(stmt, sqlite3_column_count(stmt) - 1)));
+    std::printf(
+        "%s%s\n", prefix,
+        reinterpret_cast<const char*>(sqlite3_column_text(stmt, sqlite3_column_count(stmt) - 1)));
   sqlite3_finalize(stmt);
   return Check(db, rc, "query");
 }
