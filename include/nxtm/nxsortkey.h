@@ -25,7 +25,11 @@
 // format 255 is 1, a null pointer is an empty text, and no more than 65535
 // collation elements count.  A null value (language 254, or code set 254 with
 // language 0) has the empty key, below every text.  Texts without a code set
-// are ordered by collation here; NxStrCmp compares two of them by bytes.
+// are ordered by collation here; NxStrCmp compares two of them by bytes (and
+// by collation against texts with a code set, so it orders no mix of both).
+// Order text (code set 254) is read as its orders: its keys agree with
+// NxStrCmp against other order text, not against text that NxStrCmp reads
+// with the state held still because the other side is order text.
 //
 // At most `size` bytes are written to `key`: the start of the key when it is
 // longer, which still orders correctly against other keys cut at the same
