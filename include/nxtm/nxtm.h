@@ -13,6 +13,7 @@
 #include <nxtm/nxchar.h>
 #include <nxtm/nxstriter.h>
 #include <nxtm/nxstring.h>
+#include <nxtm/nxsortkey.h>
 #include <nxtm/nxint64.h>
 #include <nxtm/nxboolean.h>
 #include <nxtm/nxnull.h>
