@@ -1322,18 +1322,25 @@ uint32_t CopyRecordImage(unsigned char* out, unsigned char format, uint32_t room
   return static_cast<uint32_t>(n);
 }
 
-// The text of one element as the collation reader of a key sees it.  The
-// reader runs on the text itself while the text goes on, and on a copy of
-// its last bytes, closed by a zero unit, towards its end: a record's 16-bit
-// text is followed by 0 and 0xFF, which don't end it, a cut record is not
-// closed at all, and a text may have another width than the code set that
-// reads it.  The copy holds 128 characters of 16 bits, far more than the
+// The text of one element as the collation reader of a key sees it.  A
+// string's text that ends in a terminator of the reader's width is read in
+// place.  Any other text is read in place while it goes on, and from a copy
+// of its last bytes, closed by a zero unit, towards its end: a record's
+// 16-bit text is followed by 0 and 0xFF, which don't end it, a cut record is
+// not closed at all, and a string may have another width than the code set
+// that reads it.  The copy holds 128 characters of 16 bits, far more than the
 // longest contraction in any order table, so the reader's look-ahead from
 // the text itself never reaches the text's end.
 class KeyText {
  public:
   static constexpr uint32_t kTail = 256;
 
+  // A text that ends in a terminator of the reader's width: read in place.
+  void SetTerminated(const unsigned char* text) {
+    start_ = text;
+    onText_ = false;
+    tailEnd_ = nullptr;
+  }
   // `bytes` is a whole number of characters.
   void Set(const unsigned char* text, uint32_t bytes) {
     const uint32_t kept = bytes < kTail ? bytes : kTail;
@@ -1366,6 +1373,58 @@ class KeyText {
   bool onText_ = false;
 };
 
+// The orders of a key.  Characters whose record needs none of the
+// collation's further work (no contraction, no language variant, no
+// expansion) are read here straight from the order table; everything else
+// goes to GetNextOrder, which gives the same order and state for the
+// characters handled here.
+class KeyOrders {
+ public:
+  explicit KeyOrders(NxStringIterator& reader)
+      : reader_(reader), home_(reader.state), wide_(reader.codeSet > 224) {
+    const NxCodeSet* set =
+        reader.codeSet < kOrderCodeSet ? NxLanguageContext::QueryCodeSet(reader.codeSet) : nullptr;
+    table_ = set != nullptr ? set->orderTable : nullptr;
+  }
+
+  unsigned short Next() {
+    if (table_ != nullptr && reader_.overflow == nullptr) {
+      const unsigned char* at = reader_.position;
+      const unsigned short value = wide_ ? Unit(at) : *at;
+      if (value == 0) return 0;
+      const NxOrderRecord* record = table_->Find(value);
+      if (record != nullptr && (record->hasNext | record->hasVariants | record->hasExpansion) == 0) {
+        reader_.state = record->stateSource != nullptr ? *record->stateSource : home_;
+        reader_.position += wide_ ? 2 : 1;
+        return record->order;
+      }
+    }
+    return reader_.GetNextOrder(1);
+  }
+
+ private:
+  // A 16-bit unit as the iterator reads it: 8 machine order, 2 most
+  // significant byte first, else least significant byte first.
+  unsigned short Unit(const unsigned char* at) const {
+    switch (reader_.format & 0x0F) {
+      case 8: {
+        unsigned short unit;
+        std::memcpy(&unit, at, 2);
+        return unit;
+      }
+      case 2:
+        return static_cast<unsigned short>(at[0] << 8 | at[1]);
+      default:
+        return static_cast<unsigned short>(at[0] | at[1] << 8);
+    }
+  }
+
+  NxStringIterator& reader_;
+  const NxOrderTable* table_;
+  const unsigned char home_;
+  const bool wide_;
+};
+
 // Key records, one per element, for as long as the destination has more than
 // the 4 bytes of a header left.  Each is built from the element's collation
 // orders in the output code set and the element's language.  The state byte
@@ -1395,9 +1454,13 @@ uint32_t KeyRecords(unsigned char* out, unsigned char format, uint32_t room, con
     if (fromMemory) {
       const NxString& s = static_cast<const NxString*>(source)[i];
       const uint32_t own = CharWidth(s.codeSet);
-      uint32_t bytes = s.data != nullptr && s.size > own ? s.size - own : 0;
-      bytes -= bytes % width;
-      text.Set(reinterpret_cast<const unsigned char*>(s.StrGet()), bytes);
+      if (own == width) {
+        text.SetTerminated(reinterpret_cast<const unsigned char*>(s.StrGet()));
+      } else {
+        uint32_t bytes = s.data != nullptr && s.size > own ? s.size - own : 0;
+        bytes -= bytes % width;
+        text.Set(reinterpret_cast<const unsigned char*>(s.StrGet()), bytes);
+      }
       language = s.language;
     } else {
       if (offset + 2 > in.size) break;
@@ -1416,12 +1479,13 @@ uint32_t KeyRecords(unsigned char* out, unsigned char format, uint32_t room, con
     }
 
     NxStringIterator reader(text.start(), output, language, readFormat);
+    KeyOrders orders(reader);
     unsigned char state = language == kNullLanguage ? 0 : reader.state;
     unsigned char* at = out + 4;
     unsigned char* const end = out + room;
     bool closed = false;
     while (end - at >= 2 && !(sourceCut && text.Used(reader))) {
-      unsigned short order = reader.GetNextOrder(1);
+      unsigned short order = orders.Next();
       text.Follow(reader);
       if (reader.state != state) {
         if (written != 0) {

@@ -369,6 +369,51 @@ TEST_F(StringDisk, KeysOfLongTextsAgainstTheIterator) {
   }
 }
 
+// Keys of texts from a rich alphabet (accents, expansions, contractions,
+// Greek, Cyrillic, characters without a record, digits, symbols) in every
+// language and in 8-bit and 16-bit code sets hold the orders that an
+// iterator on the same text gives, up to the first change of state.
+TEST_F(StringDisk, KeysHoldTheIteratorsOrders) {
+  const char16_t alphabet[] = u"aAeE\u00e9\u00c9\u00fc\u00df\u00e6\u0153chllCHLL\u00f1\u0159 09-.,'&*?"
+                              u"\u03b1\u03b2\u0416\u0436\u4e00\u20ac\u00e5\u00f8\u00e4";
+  const size_t letters = sizeof alphabet / sizeof alphabet[0] - 1;
+  uint32_t seed = 7;
+  for (int round = 0; round < 600; ++round) {
+    std::u16string text;
+    const size_t length = round % 23;
+    for (size_t k = 0; k < length; ++k) {
+      seed = seed * 1103515245u + 12345u;
+      text += alphabet[(seed >> 8) % letters];
+    }
+    const unsigned char language = static_cast<unsigned char>(round % 9);
+    const unsigned char codeSet = (round / 9) % 3 == 0 ? 253 : static_cast<unsigned char>(1 + round % 5);
+    NxString s = Wide(text.c_str(), language);
+    if (codeSet != 253) s.MapToCodeSet(codeSet);
+    NxString copy(s);
+    NxStringIterator it(copy);
+    unsigned char state = it.state;
+    Bytes want{0, 0, 254, 0};
+    for (bool first = true;; first = false) {
+      unsigned short o = it.GetNextOrder(1);
+      if (it.state != state) {
+        if (!first) {
+          state |= 0x80;
+          o = 0;
+        } else if (o != 0) {
+          state = it.state;
+        }
+      }
+      want.push_back(static_cast<unsigned char>(o));
+      want.push_back(static_cast<unsigned char>(o >> 8));
+      if (o == 0) break;
+    }
+    want.back() = 0xFF;
+    want[0] = static_cast<unsigned char>(want.size() - 2);
+    want[3] = state;
+    ASSERT_EQ(H(Key(&s, 1, 0x81)), H(want)) << round;
+  }
+}
+
 // The longest contraction of every order table stays far below the 128
 // characters that the key reader keeps in its closed copy.
 int ContractionDepth(const NxOrderRecord* record, int depth) {
