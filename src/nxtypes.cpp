@@ -1189,12 +1189,15 @@ uint32_t StringSizeGetFromMemFile(MemFile* file, unsigned char format, uint32_t 
 
 // True when the records that StringLoad reads for `count` elements lie
 // inside the stated bytes: the first record, whose last byte it looks at,
-// and, unless that is an old record, `count` records in a row.
+// and, unless that is an old record, `count` records in a row, each with
+// its code set and language.
 bool RecordsFit(const Stated& in, unsigned char format, uint32_t count, bool old) {
   uint64_t offset = 0;
   for (uint32_t i = 0; i == 0 || (!old && i < count); ++i) {
     if (offset + 2 > in.size) return false;
-    offset += uint64_t{in.Short(offset, format)} + 2;
+    const uint32_t length = in.Short(offset, format);
+    if (!old && length < 2) return false;
+    offset += uint64_t{length} + 2;
     if (offset > in.size) return false;
   }
   return true;
