@@ -143,7 +143,8 @@ struct LongText {
   std::vector<unsigned char> record;
   LongText() {
     std::string bytes;
-    for (size_t k = 0; bytes.size() < 60000; k = (k + 1) % kCount) bytes += TheCorpus().narrow[k].StrGet();
+    for (size_t k = 0; bytes.size() < 60000; k = (k + 1) % kCount)
+      bytes += TheCorpus().narrow[k].StrGet();
     bytes.resize(60000);
     text = bytes.c_str();
     record.resize(StringSizeGet(&text, 8, 1, 1));
@@ -175,8 +176,8 @@ void BM_Record_Load(benchmark::State& state) {
     benchmark::ClobberMemory();
   }
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * 60000);
-  state.counters["allocs/load"] = benchmark::Counter(
-      static_cast<double>(mallocs.load() - before) / static_cast<double>(state.iterations()));
+  state.counters["allocs/load"] = benchmark::Counter(static_cast<double>(mallocs.load() - before) /
+                                                     static_cast<double>(state.iterations()));
 }
 
 void BM_Record_Memcpy(benchmark::State& state) {

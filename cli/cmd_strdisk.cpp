@@ -71,7 +71,8 @@ bool ReadString(const std::string& text, long codeSet, long language, NxString& 
   }
   if (!cli::FindValueText(NxTYPE_NxString)->read(text, &out, error)) return false;
   if (codeSet >= 0) {
-    if (codeSet == NxCS_ORDERS || NxLanguageContext::QueryCodeSet(static_cast<unsigned char>(codeSet)) == nullptr) {
+    if (codeSet == NxCS_ORDERS ||
+        NxLanguageContext::QueryCodeSet(static_cast<unsigned char>(codeSet)) == nullptr) {
       error = "code set " + std::to_string(codeSet) + " is not a code set of text";
       return false;
     }
@@ -118,11 +119,13 @@ int StoreStrings(const Args& input) {
     return cli::Fail(error);
   const bool old = cli::TakeFlag(args, "--old");
   if (args.size() < 2)
-    return cli::Fail("store: usage: nxtm store NxString TEXT... [--format 1|2] [--codeset N] "
-                     "[--language N] [--old]");
+    return cli::Fail(
+        "store: usage: nxtm store NxString TEXT... [--format 1|2] [--codeset N] "
+        "[--language N] [--old]");
   NxTypeMgr mgr(old ? 0 : 5);
   cli::Values values(mgr, NxTYPE_NxString);
-  if (!values.Make(static_cast<uint32_t>(args.size() - 1))) return cli::Fail("store: out of memory");
+  if (!values.Make(static_cast<uint32_t>(args.size() - 1)))
+    return cli::Fail("store: out of memory");
   for (uint32_t i = 0; i < values.count(); ++i) {
     NxString& s = *static_cast<NxString*>(values.at(i));
     if (!ReadString(args[i + 1], codeSet, language, s, error))
@@ -158,14 +161,16 @@ int LoadStrings(const Args& input) {
   } else {
     for (size_t at = 0; at < size; ++count) {
       if (size - at < 4)
-        return cli::Fail("load: the record at offset " + std::to_string(at) + " is shorter than its 4-byte header");
+        return cli::Fail("load: the record at offset " + std::to_string(at) +
+                         " is shorter than its 4-byte header");
       const uint32_t length = Get16(disk.data() + at, format);
       if (length < 4)
         return cli::Fail("load: the record at offset " + std::to_string(at) + " states " +
                          std::to_string(length) + " bytes, less than its header");
       if (at + length > size)
         return cli::Fail("load: the record at offset " + std::to_string(at) + " states " +
-                         Count(length + 2, "byte") + ", " + std::to_string(size - at) + " are given");
+                         Count(length + 2, "byte") + ", " + std::to_string(size - at) +
+                         " are given");
       // A key cut at its room ends without 0 and 0xFF.
       cut = at + length + 2 > size;
       at += cut ? size - at : length + 2;
@@ -200,7 +205,8 @@ bool ReadLegacy(const std::string& text, void* element, std::string& error) {
   const NxCodeSet* set = NxLanguageContext::QueryCodeSet(NxString::GetDefault8CodeSet());
   std::string bytes;
   for (uint32_t cp : points) {
-    const unsigned short c = cp != 0 && cp < 0x10000 ? set->FromUnicode(static_cast<unsigned short>(cp), 0) : 0;
+    const unsigned short c =
+        cp != 0 && cp < 0x10000 ? set->FromUnicode(static_cast<unsigned short>(cp), 0) : 0;
     if (c == 0) {
       std::string shown;
       cli::AppendUtf8(shown, cp);
@@ -216,7 +222,8 @@ bool ReadLegacy(const std::string& text, void* element, std::string& error) {
 std::string ShowBytes(const char* data) {
   const NxCodeSet* set = NxLanguageContext::QueryCodeSet(NxString::GetDefault8CodeSet());
   std::string out;
-  for (const unsigned char* p = reinterpret_cast<const unsigned char*>(data); p != nullptr && *p != 0; ++p)
+  for (const unsigned char* p = reinterpret_cast<const unsigned char*>(data);
+       p != nullptr && *p != 0; ++p)
     cli::AppendUtf8(out, set->ToUnicode(*p));
   return out;
 }
@@ -262,7 +269,8 @@ int LoadLegacy(const Args& input) {
   std::string error;
   unsigned char format = 1;
   if (!TakeFormat(args, "load", format, error)) return cli::Fail(error);
-  if (args.size() != 2) return cli::Fail("load: usage: nxtm load " + args[0] + " HEX [--format 1|2]");
+  if (args.size() != 2)
+    return cli::Fail("load: usage: nxtm load " + args[0] + " HEX [--format 1|2]");
   std::vector<unsigned char> disk;
   if (!cli::ParseHex(args[1], disk, error)) return cli::Fail("load: " + error);
   if (disk.size() < 3)
@@ -286,22 +294,23 @@ int LoadLegacy(const Args& input) {
                 static_cast<unsigned char>(format | (mapped ? 0x80 : 0)),
                 static_cast<uint32_t>(disk.size()), count);
   std::printf("form %s, %s\n", HexByte(form).c_str(), Count(count, "string").c_str());
-  for (uint32_t i = 0; i < count; ++i)
-    std::printf("%s\n", ShowLegacy<X>(values.at(i)).c_str());
+  for (uint32_t i = 0; i < count; ++i) std::printf("%s\n", ShowLegacy<X>(values.at(i)).c_str());
   return 0;
 }
 
 // ---------------------------------------------------------------------------
 // nxtm key.
 
-int KeyOfString(const std::string& text, long codeSet, long language, unsigned char format, long size) {
+int KeyOfString(const std::string& text, long codeSet, long language, unsigned char format,
+                long size) {
   NxString s;
   std::string error;
   if (!ReadString(text, codeSet, language, s, error))
     return cli::Fail("key: bad text '" + text + "': " + error);
   NxTypeMgr mgr;
   const unsigned char keyFormat = static_cast<unsigned char>(0x80 | format);
-  const uint32_t room = size >= 0 ? static_cast<uint32_t>(size) : StringSizeGet(&s, 8, keyFormat, 1);
+  const uint32_t room =
+      size >= 0 ? static_cast<uint32_t>(size) : StringSizeGet(&s, 8, keyFormat, 1);
   std::vector<unsigned char> key(room + 1);
   const uint32_t n = mgr.Translate(NxTYPE_NxString, key.data(), keyFormat, room, &s, 8, 0, 1);
   if (n == 0) {
@@ -309,7 +318,8 @@ int KeyOfString(const std::string& text, long codeSet, long language, unsigned c
     return 0;
   }
   if (n < 4 || key[2] != NxCS_ORDERS) {
-    std::printf("%s\nno key: a text without a code set stays a text record\n", cli::Hex(key.data(), n).c_str());
+    std::printf("%s\nno key: a text without a code set stays a text record\n",
+                cli::Hex(key.data(), n).c_str());
     return 0;
   }
   const uint32_t length = Get16(key.data(), format);
@@ -329,7 +339,8 @@ template <class X>
 int KeyOfLegacy(char id, const std::string& text, unsigned char format, long size) {
   X value;
   std::string error;
-  if (!ReadLegacy<X>(text, &value, error)) return cli::Fail("key: bad text '" + text + "': " + error);
+  if (!ReadLegacy<X>(text, &value, error))
+    return cli::Fail("key: bad text '" + text + "': " + error);
   NxTypeMgr mgr;
   const unsigned char keyFormat = static_cast<unsigned char>(0x80 | format);
   const uint32_t whole = mgr.DiskLenGet(id, &value, keyFormat, 1, 8);
@@ -343,8 +354,9 @@ int KeyOfLegacy(char id, const std::string& text, unsigned char format, long siz
   const uint32_t length = Get16(key.data() + 1, format);
   std::printf("%s %s %s\n", cli::Hex(key.data(), 1).c_str(), cli::Hex(key.data() + 1, 2).c_str(),
               cli::Hex(key.data() + 3, n - 3).c_str());
-  std::printf("form %s, L %u, %s\n", HexByte(key[0]).c_str(), length,
-              length + 3 >= whole ? "whole" : ("cut at " + std::to_string(room) + " bytes").c_str());
+  std::printf(
+      "form %s, L %u, %s\n", HexByte(key[0]).c_str(), length,
+      length + 3 >= whole ? "whole" : ("cut at " + std::to_string(room) + " bytes").c_str());
   return 0;
 }
 
@@ -364,8 +376,9 @@ int RunKey(const Args& input) {
       !TakeNumber(args, "key", "--size", 0, 65535, size, error))
     return cli::Fail(error);
   if (args.size() != 1)
-    return cli::Fail("key: usage: nxtm key TEXT [--language N] [--codeset N] [--format 1|2] "
-                     "[--size N] [--type NxString|NxIString|NxCaseIString]");
+    return cli::Fail(
+        "key: usage: nxtm key TEXT [--language N] [--codeset N] [--format 1|2] "
+        "[--size N] [--type NxString|NxIString|NxCaseIString]");
   NxTypeMgr mgr;
   char id = 0;
   if (!cli::FindType(mgr, type, id) ||
@@ -387,13 +400,14 @@ const cli::Registrar kKey({"key",
 const cli::ValueCommandsRegistrar kStringCommands(NxTYPE_NxString, {StoreStrings, LoadStrings});
 const cli::ValueCommandsRegistrar kIStringCommands(NxTYPE_NxIString,
                                                    {StoreLegacy<NxIString>, LoadLegacy<NxIString>});
-const cli::ValueCommandsRegistrar kCaseIStringCommands(
-    NxTYPE_NxCaseIString, {StoreLegacy<NxCaseIString>, LoadLegacy<NxCaseIString>});
-const cli::ValueTextRegistrar kIString(NxTYPE_NxIString,
-                                       {ReadLegacy<NxIString>, ShowLegacy<NxIString>, LegacyDiskLength});
-const cli::ValueTextRegistrar kCaseIString(NxTYPE_NxCaseIString, {ReadLegacy<NxCaseIString>,
-                                                                  ShowLegacy<NxCaseIString>,
-                                                                  LegacyDiskLength});
+const cli::ValueCommandsRegistrar kCaseIStringCommands(NxTYPE_NxCaseIString,
+                                                       {StoreLegacy<NxCaseIString>,
+                                                        LoadLegacy<NxCaseIString>});
+const cli::ValueTextRegistrar kIString(NxTYPE_NxIString, {ReadLegacy<NxIString>,
+                                                          ShowLegacy<NxIString>, LegacyDiskLength});
+const cli::ValueTextRegistrar kCaseIString(NxTYPE_NxCaseIString,
+                                           {ReadLegacy<NxCaseIString>, ShowLegacy<NxCaseIString>,
+                                            LegacyDiskLength});
 
 }  // namespace
 

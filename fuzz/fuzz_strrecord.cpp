@@ -31,10 +31,12 @@ void Check(bool condition) {
 // A heap copy of exactly `size` bytes, so that the address sanitizer sees
 // any read or write past it.
 struct Exact {
-  Exact(const uint8_t* bytes, size_t size) : data(static_cast<unsigned char*>(std::malloc(size ? size : 1))), size(size) {
+  Exact(const uint8_t* bytes, size_t size)
+      : data(static_cast<unsigned char*>(std::malloc(size ? size : 1))), size(size) {
     if (size != 0) std::memcpy(data, bytes, size);
   }
-  explicit Exact(size_t size) : data(static_cast<unsigned char*>(std::malloc(size ? size : 1))), size(size) {
+  explicit Exact(size_t size)
+      : data(static_cast<unsigned char*>(std::malloc(size ? size : 1))), size(size) {
     if (size != 0) std::memset(data, 0xA5, size);
   }
   ~Exact() { std::free(data); }
@@ -80,18 +82,19 @@ void Strings(const Exact& in, unsigned char selector, uint32_t count, uint32_t r
 
   // Disk to memory, the stated size bounding every read.
   NxString* strings = static_cast<NxString*>(mgr.Create(NxTYPE_NxString, count));
-  mgr.Translate(NxTYPE_NxString, strings, 8, 0, in.data, static_cast<unsigned char>(format | key), size,
-                count);
+  mgr.Translate(NxTYPE_NxString, strings, 8, 0, in.data, static_cast<unsigned char>(format | key),
+                size, count);
 
   // Disk to disk: key records, copies, narrowed Unicode records, old and
   // text records into each other.
   Exact out(room);
-  mgr.Translate(NxTYPE_NxString, out.data, static_cast<unsigned char>(format | key | codeSetBits), room,
-                in.data, static_cast<unsigned char>(format | (key ? 0 : codeSetBits)), size, count);
+  mgr.Translate(NxTYPE_NxString, out.data, static_cast<unsigned char>(format | key | codeSetBits),
+                room, in.data, static_cast<unsigned char>(format | (key ? 0 : codeSetBits)), size,
+                count);
 
   // The strings just loaded, as keys and as records of either row.
-  mgr.Translate(NxTYPE_NxString, out.data, static_cast<unsigned char>(format | 0x80 | codeSetBits), room,
-                strings, 8, 0, count);
+  mgr.Translate(NxTYPE_NxString, out.data, static_cast<unsigned char>(format | 0x80 | codeSetBits),
+                room, strings, 8, 0, count);
   older.Translate(NxTYPE_NxString, out.data, format, room, strings, 8, 0, count);
 
   // A string stored and loaded again comes back the same.
@@ -115,14 +118,18 @@ void Strings(const Exact& in, unsigned char selector, uint32_t count, uint32_t r
     NxString* loaded = static_cast<NxString*>(current.Create(NxTYPE_NxString, count));
     Check(StringLoad(loaded, in.data, format, count) == (old || count != 0 ? frame & 0xFFFF : 0));
     // (SizeGet looks at the last byte of every record, Load at the first.)
-    if (count == 1 || (old && count != 0)) Check(StringSizeGet(in.data, format, format, count) == frame);
-    if (!old) StringSizeGet(in.data, format, static_cast<unsigned char>(format | 0x80 | codeSetBits), count);
+    if (count == 1 || (old && count != 0))
+      Check(StringSizeGet(in.data, format, format, count) == frame);
+    if (!old)
+      StringSizeGet(in.data, format, static_cast<unsigned char>(format | 0x80 | codeSetBits),
+                    count);
     current.Delete(NxTYPE_NxString, loaded, count);
   }
 
   // The size from a file over the input.
   MemFile file(in.data, static_cast<int32_t>(in.size));
-  mgr.DiskLenGetFromMemFile(NxTYPE_NxString, &file, static_cast<unsigned char>(format | key | codeSetBits), count);
+  mgr.DiskLenGetFromMemFile(NxTYPE_NxString, &file,
+                            static_cast<unsigned char>(format | key | codeSetBits), count);
 }
 
 template <class X>
@@ -134,8 +141,10 @@ void Legacy(char id, const Exact& in, unsigned char selector, uint32_t count, ui
   X* objects = static_cast<X*>(mgr.Create(id, count));
   mgr.Translate(id, objects, 8, 0, in.data, static_cast<unsigned char>(format | key), size, count);
   Exact out(room);
-  mgr.Translate(id, out.data, static_cast<unsigned char>(format | 0x80), room, in.data, format, size, count);
-  mgr.Translate(id, out.data, static_cast<unsigned char>(format | 0x80), room, objects, 8, 0, count);
+  mgr.Translate(id, out.data, static_cast<unsigned char>(format | 0x80), room, in.data, format,
+                size, count);
+  mgr.Translate(id, out.data, static_cast<unsigned char>(format | 0x80), room, objects, 8, 0,
+                count);
   mgr.Translate(id, out.data, format, room, objects, 8, 0, count);
   // Texts from the input, compared and mapped.
   if (count >= 2) {
@@ -190,8 +199,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   switch (selector >> 7) {
     case 0:
       if ((selector & 4) != 0) {
-        const std::vector<uint8_t> image = Records(data + 3, size - 3, (selector & 1) != 0 ? 2 : 1,
-                                                   data[2] & 0x3F);
+        const std::vector<uint8_t> image =
+            Records(data + 3, size - 3, (selector & 1) != 0 ? 2 : 1, data[2] & 0x3F);
         const Exact records(image.data(), image.size());
         Strings(records, selector, count, room);
       } else {

@@ -7,6 +7,7 @@ namespace {
 
 // The tables of NxCaseIString's map: those of NxIString with the lower-case
 // letters mapped as the upper-case ones.
+// clang-format off
 constexpr unsigned char kLow[64] = {
     64,  84,  91,  94,  97,  105, 111, 113, 115, 121, 127, 129, 131, 133, 135, 144,
     151, 153, 155, 157, 159, 165, 171, 173, 175, 179, 183, 66,  67,  68,  69,  70,
@@ -18,8 +19,11 @@ constexpr unsigned char kMain[64] = {
     84,  84,  84,  84,  84,  189, 185, 94,  105, 105, 105, 105, 121, 121, 121, 121,
     99,  137, 144, 144, 144, 144, 144, 77,  187, 165, 165, 165, 165, 179, 191, 179};
 constexpr unsigned char kSecond[64] = {
-    3, 2, 4, 5, 1, 0, 0, 1, 3, 2, 4, 1, 3, 2, 4, 1, 0, 0, 3, 2, 4, 5, 1, 0, 0, 3, 2, 4, 1, 2, 0, 157,
-    3, 2, 4, 5, 1, 0, 0, 1, 3, 2, 4, 1, 3, 2, 4, 1, 0, 0, 3, 2, 4, 5, 1, 0, 0, 3, 2, 4, 1, 2, 0, 1};
+    3,   2,   4,   5,   1,   0,   0,   1,   3,   2,   4,   1,   3,   2,   4,   1,
+    0,   0,   3,   2,   4,   5,   1,   0,   0,   3,   2,   4,   1,   2,   0,   157,
+    3,   2,   4,   5,   1,   0,   0,   1,   3,   2,   4,   1,   3,   2,   4,   1,
+    0,   0,   3,   2,   4,   5,   1,   0,   0,   3,   2,   4,   1,   2,   0,   1};
+// clang-format on
 
 // One byte of mapped text back, with the byte behind it: the byte, and
 // whether that next byte was used too.  The first place in the tables
@@ -49,8 +53,8 @@ constexpr ByteMap kCaseIStringMap = BuildMap(kLow, kMain, kSecond, 0x90, 0x69);
 
 }  // namespace legacy
 
-int32_t LegacyCaseCompare(const char* s1, const char* s2, unsigned short limit,
-                          unsigned char form1, unsigned char form2) {
+int32_t LegacyCaseCompare(const char* s1, const char* s2, unsigned short limit, unsigned char form1,
+                          unsigned char form2) {
   return legacy::Compare(legacy::kCaseIStringMap, true, s1, s2, limit, form1, form2);
 }
 
@@ -61,7 +65,8 @@ NxCaseIString::NxCaseIString() : data(nullptr), form(0) {}
 NxCaseIString::NxCaseIString(const NxCaseIString& other)
     : data(legacy::Duplicate(other.data, legacy::Length(other.data))), form(0) {}
 NxCaseIString::NxCaseIString(char c) : data(legacy::Duplicate(&c, c != 0 ? 1 : 0)), form(0) {}
-NxCaseIString::NxCaseIString(const char* text) : data(legacy::Duplicate(text, legacy::Length(text))), form(0) {}
+NxCaseIString::NxCaseIString(const char* text)
+    : data(legacy::Duplicate(text, legacy::Length(text))), form(0) {}
 NxCaseIString::NxCaseIString(const char* text, unsigned short count) : data(nullptr), form(0) {
   if (text == nullptr || count == 0) return;
   data = static_cast<char*>(std::calloc(size_t{count} + 1, 1));
@@ -73,7 +78,8 @@ NxCaseIString::NxCaseIString(const char* text, unsigned short count) : data(null
 }
 NxCaseIString::NxCaseIString(int number) : data(legacy::Number("%d", number)), form(0) {}
 NxCaseIString::NxCaseIString(short number) : data(legacy::Number("%d", number)), form(0) {}
-NxCaseIString::NxCaseIString(long number) : data(legacy::Number("%d", static_cast<int32_t>(number))), form(0) {}
+NxCaseIString::NxCaseIString(long number)
+    : data(legacy::Number("%d", static_cast<int32_t>(number))), form(0) {}
 NxCaseIString::NxCaseIString(unsigned long number)
     : data(legacy::Number("%u", static_cast<uint32_t>(number))), form(0) {}
 NxCaseIString::NxCaseIString(double number) : data(legacy::Number("%f", number)), form(0) {}
@@ -207,7 +213,8 @@ uint32_t NxCaseIString::UnmapText(char* target, const char* source, uint32_t cou
       break;
     }
     bool usedNext = false;
-    target[written++] = static_cast<char>(legacy::UnmapByte(c, used + 1 < count ? in[used + 1] : 0, usedNext));
+    target[written++] =
+        static_cast<char>(legacy::UnmapByte(c, used + 1 < count ? in[used + 1] : 0, usedNext));
     used += usedNext ? 2 : 1;
   }
   return used;

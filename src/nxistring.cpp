@@ -11,6 +11,7 @@ namespace {
 
 // The tables of NxIString's map: `low` for 0x40 to 0x7F (upper-case letters
 // apart from the lower-case ones), `main` and `second` for 0xC0 to 0xFF.
+// clang-format off
 constexpr unsigned char kLow[64] = {
     64,  84,  91,  94,  97,  105, 111, 113, 115, 121, 127, 129, 131, 133, 135, 144,
     151, 153, 155, 157, 159, 165, 171, 173, 175, 179, 183, 66,  67,  68,  69,  70,
@@ -22,8 +23,11 @@ constexpr unsigned char kMain[64] = {
     78,  78,  78,  78,  78,  188, 184, 92,  100, 100, 100, 100, 116, 116, 116, 116,
     98,  136, 138, 138, 138, 138, 138, 77,  186, 160, 160, 160, 160, 176, 190, 176};
 constexpr unsigned char kSecond[64] = {
-    3, 2, 4, 5, 1, 0, 0, 1, 3, 2, 4, 1, 3, 2, 4, 1, 0, 0, 3, 2, 4, 5, 1, 0, 0, 3, 2, 4, 1, 2, 0, 156,
-    3, 2, 4, 5, 1, 0, 0, 1, 3, 2, 4, 1, 3, 2, 4, 1, 0, 0, 3, 2, 4, 5, 1, 0, 0, 3, 2, 4, 1, 2, 0, 1};
+    3,   2,   4,   5,   1,   0,   0,   1,   3,   2,   4,   1,   3,   2,   4,   1,
+    0,   0,   3,   2,   4,   5,   1,   0,   0,   3,   2,   4,   1,   2,   0,   156,
+    3,   2,   4,   5,   1,   0,   0,   1,   3,   2,   4,   1,   3,   2,   4,   1,
+    0,   0,   3,   2,   4,   5,   1,   0,   0,   3,   2,   4,   1,   2,   0,   1};
+// clang-format on
 
 // The bytes of a compare: the map of each byte (or the byte itself in raw
 // text), and a second byte above 8 in a pass of its own.  With accents
@@ -152,7 +156,8 @@ void Insert(char*& data, const char* text, unsigned short position) {
   char* result = Allocate(length + added + 1);
   if (position != 0) std::memcpy(result, data, position);
   std::memcpy(result + position, text, added);
-  std::memcpy(result + position + added, data != nullptr ? data + position : "", length - position + 1);
+  std::memcpy(result + position + added, data != nullptr ? data + position : "",
+              length - position + 1);
   std::free(data);
   data = result;
 }
@@ -281,7 +286,8 @@ NxIString::NxIString() : data(nullptr), form(0) {}
 NxIString::NxIString(const NxIString& other)
     : data(legacy::Duplicate(other.data, legacy::Length(other.data))), form(0) {}
 NxIString::NxIString(char c) : data(legacy::Duplicate(&c, c != 0 ? 1 : 0)), form(0) {}
-NxIString::NxIString(const char* text) : data(legacy::Duplicate(text, legacy::Length(text))), form(0) {}
+NxIString::NxIString(const char* text)
+    : data(legacy::Duplicate(text, legacy::Length(text))), form(0) {}
 NxIString::NxIString(const char* text, unsigned short count) : data(nullptr), form(0) {
   if (text == nullptr || count == 0) return;
   data = static_cast<char*>(std::calloc(size_t{count} + 1, 1));
@@ -293,7 +299,8 @@ NxIString::NxIString(const char* text, unsigned short count) : data(nullptr), fo
 }
 NxIString::NxIString(int number) : data(legacy::Number("%d", number)), form(0) {}
 NxIString::NxIString(short number) : data(legacy::Number("%d", number)), form(0) {}
-NxIString::NxIString(long number) : data(legacy::Number("%d", static_cast<int32_t>(number))), form(0) {}
+NxIString::NxIString(long number)
+    : data(legacy::Number("%d", static_cast<int32_t>(number))), form(0) {}
 NxIString::NxIString(unsigned long number)
     : data(legacy::Number("%u", static_cast<uint32_t>(number))), form(0) {}
 NxIString::NxIString(double number) : data(legacy::Number("%f", number)), form(0) {}

@@ -185,7 +185,8 @@ struct Row {
   // The strings from offset 3, each to its terminator, within `bound` bytes
   // of the record: a string that the bound cuts is taken as far as it goes,
   // and objects behind the bound get no text.
-  static uint32_t LoadWithin(X* objects, const unsigned char* disk, uint32_t count, uint64_t bound) {
+  static uint32_t LoadWithin(X* objects, const unsigned char* disk, uint32_t count,
+                             uint64_t bound) {
     uint64_t at = 3;
     for (uint32_t i = 0; i < count; ++i) {
       if (at >= bound) {
@@ -253,7 +254,8 @@ struct Row {
     if ((valueFormat & 8) != 0) {
       const X* objects = static_cast<const X*>(value);
       uint32_t total = 3;
-      for (uint32_t i = 0; i < count; ++i) total += static_cast<uint32_t>(Length(objects[i].data)) + 1;
+      for (uint32_t i = 0; i < count; ++i)
+        total += static_cast<uint32_t>(Length(objects[i].data)) + 1;
       return total;
     }
     return Get16(static_cast<const unsigned char*>(value) + 1, valueFormat) + 3;
@@ -309,7 +311,8 @@ struct Row {
     if (room < 4) return 0;
     if (room > 4) X::MapText(reinterpret_cast<char*>(out + 3), first.data, room - 4);
     out[0] = 0xC0;
-    const uint32_t length = static_cast<uint32_t>(std::strlen(reinterpret_cast<char*>(out + 3))) + 1;
+    const uint32_t length =
+        static_cast<uint32_t>(std::strlen(reinterpret_cast<char*>(out + 3))) + 1;
     Put16(out + 1, length, format);
     return length + 3;
   }
@@ -354,7 +357,8 @@ struct Row {
       }
       if (toMemory) {
         if constexpr (Traits<X>::kUnmapsKeys) {
-          if ((sourceFormat & 0x80) != 0) return Unmap(static_cast<X*>(destination), in, sourceFormat, sourceSize, count);
+          if ((sourceFormat & 0x80) != 0)
+            return Unmap(static_cast<X*>(destination), in, sourceFormat, sourceSize, count);
         }
         return LoadWithin(static_cast<X*>(destination), in, count, sourceSize);
       }
@@ -364,7 +368,8 @@ struct Row {
       return nxrows::DiskToDiskCopy(out, destinationSize, source, sourceSize);
     }
     if (toMemory) return 0;
-    if (fromMemory) return KeyFromMemory(out, destinationFormat, destinationSize, *static_cast<const X*>(source));
+    if (fromMemory)
+      return KeyFromMemory(out, destinationFormat, destinationSize, *static_cast<const X*>(source));
     if (sourceSize != 0 && (in[0] & 0x80) != 0)
       return nxrows::DiskToDiskCopy(out, destinationSize, source, sourceSize);
     return KeyFromRecord(out, destinationFormat, destinationSize, in, sourceSize);

@@ -1396,7 +1396,8 @@ class KeyOrders {
       const unsigned short value = wide_ ? Unit(at) : *at;
       if (value == 0) return 0;
       const NxOrderRecord* record = table_->Find(value);
-      if (record != nullptr && (record->hasNext | record->hasVariants | record->hasExpansion) == 0) {
+      if (record != nullptr &&
+          (record->hasNext | record->hasVariants | record->hasExpansion) == 0) {
         reader_.state = record->stateSource != nullptr ? *record->stateSource : home_;
         reader_.position += wide_ ? 2 : 1;
         return record->order;

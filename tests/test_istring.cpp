@@ -27,22 +27,27 @@ NxTypeMgr mgr;
 TEST(LegacyMap, BytesAsTheTablesGiveThem) {
   struct {
     unsigned char c;
-    unsigned char plain, plainSecond;  // NxIString
+    unsigned char plain, plainSecond;    // NxIString
     unsigned char folded, foldedSecond;  // NxCaseIString
   } cases[] = {
-      {'0', '0', 0, '0', 0},        // below 0x40: the byte itself
-      {'A', 84, 0, 84, 0},          {'a', 78, 0, 84, 0},   {'Z', 183, 0, 183, 0},
-      {'z', 182, 0, 183, 0},        {'[', 66, 0, 66, 0},   {'`', 65, 0, 65, 0},
-      {0xC0, 84, 3, 84, 3},         // À: A with an accent weight
-      {0xE0, 78, 3, 84, 3},         // à
-      {0xC5, 189, 0, 189, 0},       // Å: a letter of its own
-      {0xDF, 156, 156, 157, 157},   // ß sorts as "ss"
+      {'0', '0', 0, '0', 0},  // below 0x40: the byte itself
+      {'A', 84, 0, 84, 0},
+      {'a', 78, 0, 84, 0},
+      {'Z', 183, 0, 183, 0},
+      {'z', 182, 0, 183, 0},
+      {'[', 66, 0, 66, 0},
+      {'`', 65, 0, 65, 0},
+      {0xC0, 84, 3, 84, 3},            // À: A with an accent weight
+      {0xE0, 78, 3, 84, 3},            // à
+      {0xC5, 189, 0, 189, 0},          // Å: a letter of its own
+      {0xDF, 156, 156, 157, 157},      // ß sorts as "ss"
       {0x8C, 0x90, 0x69, 0x90, 0x69},  // Œ as "OE"
       {0x9C, 0x8A, 0x64, 0x90, 0x69},  // œ as "oe", folded as "OE"
-      {0x9F, 0xB3, 1, 0xB3, 1},     // Ÿ: Y with an accent weight
-      {0xA9, 0xB9, 0, 0xB9, 0},     // 0xA0-0xBF move up by 0x10
-      {0x80, 0xE0, 0, 0xE0, 0},     // 0x80-0x9F by 0x60
-      {0xF7, 77, 0, 77, 0},         {0xFF, 176, 1, 179, 1},
+      {0x9F, 0xB3, 1, 0xB3, 1},        // Ÿ: Y with an accent weight
+      {0xA9, 0xB9, 0, 0xB9, 0},        // 0xA0-0xBF move up by 0x10
+      {0x80, 0xE0, 0, 0xE0, 0},        // 0x80-0x9F by 0x60
+      {0xF7, 77, 0, 77, 0},
+      {0xFF, 176, 1, 179, 1},
   };
   for (const auto& c : cases) {
     unsigned char second = 0xEE;
@@ -64,7 +69,8 @@ TEST(LegacyMap, BytesAsTheTablesGiveThem) {
     EXPECT_TRUE(m1 == m2 && s1 == s2) << c;
     if (c != static_cast<unsigned char>(upper[0]) && c != 0xDF) {
       EXPECT_NE(NxIString::Map(static_cast<unsigned char>(c), nullptr),
-                NxIString::Map(static_cast<unsigned char>(upper[0]), nullptr)) << c;
+                NxIString::Map(static_cast<unsigned char>(upper[0]), nullptr))
+          << c;
     }
   }
 }
@@ -74,17 +80,33 @@ TEST(LegacyMap, MapText) {
   std::memset(out, 0x55, sizeof out);
   // Second bytes above 8 are written, accent weights are not; the terminator
   // counts.
-  EXPECT_EQ(NxIString::MapText(out, "\xC0" "b\xDF", 0), 5u);
+  EXPECT_EQ(NxIString::MapText(out,
+                               "\xC0"
+                               "b\xDF",
+                               0),
+            5u);
   EXPECT_EQ(H(out, 6), "545a9c9c0055");
-  EXPECT_EQ(NxIString::MapText(out, "\xC0" "b\xDF", 3), 3u);  // cut inside "ss"
-  EXPECT_EQ(NxIString::MapText(out, "\xC0" "b\xDF", 4), 4u);  // no room for the terminator
+  EXPECT_EQ(NxIString::MapText(out,
+                               "\xC0"
+                               "b\xDF",
+                               3),
+            3u);  // cut inside "ss"
+  EXPECT_EQ(NxIString::MapText(out,
+                               "\xC0"
+                               "b\xDF",
+                               4),
+            4u);  // no room for the terminator
   EXPECT_EQ(NxIString::MapText(nullptr, "a", 0), 0u);
   EXPECT_EQ(NxCaseIString::MapText(out, "ab", 0), 3u);
   EXPECT_EQ(H(out, 3), "545b00");
   // Mapped text comes back in upper case, accents lost, letters that sort
   // as two as those two.
   char back[16] = {};
-  EXPECT_EQ(NxCaseIString::MapText(out, "\xE0" "bc\x9C\xDF", 0), 8u);
+  EXPECT_EQ(NxCaseIString::MapText(out,
+                                   "\xE0"
+                                   "bc\x9C\xDF",
+                                   0),
+            8u);
   EXPECT_EQ(NxCaseIString::UnmapText(back, out, 8), 8u);
   EXPECT_STREQ(back, "ABCOESS");
   // A letter of its own comes back from its place in the tables when the
@@ -103,15 +125,28 @@ TEST(LegacyCompare, OrderOfTheMaps) {
   struct {
     const char* a;
     const char* b;
-    int plain;  // sign of LegacyCompare
+    int plain;   // sign of LegacyCompare
     int folded;  // sign of LegacyCaseCompare
   } cases[] = {
-      {"a", "b", -1, -1},       {"a", "A", -1, 0},     {"B", "a", 1, 1},
-      {"a", "ab", -1, -1},      {"", "a", -1, -1},     {"\xC1", "A", 0, 0},
-      {"\x8C", "OE", 0, 0},     {"\x9C", "oe", 0, 0},  {"\x9C", "OE", -1, 0},
-      {"\xDF", "ss", 0, 0},     {"\xDF" "a", "ss", 1, 1},  {"Zebra", "zebra", 1, 0},
-      {"\xC5", "Z", 1, 1},      // Å after Z
-      {"\x8C", "\x8C" "x", -1, -1},
+      {"a", "b", -1, -1},
+      {"a", "A", -1, 0},
+      {"B", "a", 1, 1},
+      {"a", "ab", -1, -1},
+      {"", "a", -1, -1},
+      {"\xC1", "A", 0, 0},
+      {"\x8C", "OE", 0, 0},
+      {"\x9C", "oe", 0, 0},
+      {"\x9C", "OE", -1, 0},
+      {"\xDF", "ss", 0, 0},
+      {"\xDF"
+       "a",
+       "ss", 1, 1},
+      {"Zebra", "zebra", 1, 0},
+      {"\xC5", "Z", 1, 1},  // Å after Z
+      {"\x8C",
+       "\x8C"
+       "x",
+       -1, -1},
   };
   auto sign = [](int32_t v) { return v < 0 ? -1 : v > 0 ? 1 : 0; };
   for (const auto& c : cases) {
@@ -126,7 +161,7 @@ TEST(LegacyCompare, OrderOfTheMaps) {
   EXPECT_GT(LegacyCompare("", nullptr, 0, 0, 0), 0);
   EXPECT_EQ(LegacyCompare("abc", "abd", 2, 0, 0), 0);  // limit in passes
   // Raw text (form bit 7) compares as it stands, against mapped bytes.
-  EXPECT_EQ(LegacyCompare("T", "A", 0, 0x80, 0), 0);   // 'T' is 84, the map of "A"
+  EXPECT_EQ(LegacyCompare("T", "A", 0, 0x80, 0), 0);  // 'T' is 84, the map of "A"
   // Bit 5 of the first form weighs accents in the same pass, and a character
   // that sorts as two sorts just before its first letter.
   EXPECT_GT(LegacyCaseCompare("\xC1", "A", 0, 0x20, 0), 0);
@@ -146,7 +181,7 @@ TEST(LegacyString, ConstructionAndConversions) {
   EXPECT_EQ(NxIString("ab", 5).Len(), 2);
   EXPECT_EQ(Text(NxIString(-7).data), "-7");
   EXPECT_EQ(Text(NxIString(static_cast<short>(-7)).data), "-7");
-  EXPECT_EQ(Text(NxIString(1.5).data), "1.500000");  // "%f", six decimals
+  EXPECT_EQ(Text(NxIString(1.5).data), "1.500000");                        // "%f", six decimals
   EXPECT_EQ(Text(NxIString(static_cast<long>(0x100000005LL)).data), "5");  // a 32-bit long
   EXPECT_EQ(Text(NxIString(static_cast<unsigned long>(4294967295u)).data), "4294967295");
   EXPECT_EQ(static_cast<int>(NxIString("12abc")), 12);
@@ -222,7 +257,8 @@ TEST(LegacyString, Editing) {
 template <class X>
 class LegacyRow : public ::testing::Test {
  protected:
-  static constexpr char kId = std::is_same<X, NxIString>::value ? NxTYPE_NxIString : NxTYPE_NxCaseIString;
+  static constexpr char kId =
+      std::is_same<X, NxIString>::value ? NxTYPE_NxIString : NxTYPE_NxCaseIString;
 };
 using Classes = ::testing::Types<NxIString, NxCaseIString>;
 TYPED_TEST_SUITE(LegacyRow, Classes);
@@ -235,7 +271,11 @@ TYPED_TEST(LegacyRow, RecordsInBothByteOrders) {
   unsigned char disk[16];
   EXPECT_EQ(mgr.DiskLenGet(id, values, 1, 3, 8), 9u);
   EXPECT_EQ(mgr.Store(id, disk, values, 1, 3), 9u);
-  EXPECT_EQ(H(disk, 9), "400600" "616200" "00" "6300");
+  EXPECT_EQ(H(disk, 9),
+            "400600"
+            "616200"
+            "00"
+            "6300");
   EXPECT_EQ(mgr.Store(id, disk, values, 2, 3), 9u);
   EXPECT_EQ(H(disk, 9), "400006616200006300");
   EXPECT_EQ(mgr.DiskLenGet(id, disk, 2, 3, 2), 9u);
@@ -266,7 +306,9 @@ TYPED_TEST(LegacyRow, RecordsInBothByteOrders) {
 
 TYPED_TEST(LegacyRow, KeySizes) {
   const char id = TestFixture::kId;
-  TypeParam values[2] = {TypeParam("\x8C\xDF" "a"), TypeParam()};
+  TypeParam values[2] = {TypeParam("\x8C\xDF"
+                                   "a"),
+                         TypeParam()};
   // Œ and ß take two bytes each, "a" one, each terminator one.
   EXPECT_EQ(mgr.DiskLenGet(id, values, 0x81, 2, 8), 6 + 1 + 3u);
   EXPECT_EQ(mgr.DiskLenGet(id, values, 0x88, 2, 8), 0u);
@@ -274,7 +316,7 @@ TYPED_TEST(LegacyRow, KeySizes) {
   mgr.Store(id, disk, values, 1, 2);
   EXPECT_EQ(mgr.DiskLenGet(id, disk, 0x81, 2, 1), 10u);
   EXPECT_EQ(mgr.DiskLenGet(id, disk, 0x81, 1, 1), 9u);  // at most `count` strings
-  disk[0] = 0xC0;  // a raw record: its L
+  disk[0] = 0xC0;                                       // a raw record: its L
   EXPECT_EQ(mgr.DiskLenGet(id, disk, 0x81, 2, 1), 5u + 3);
   // From a file: the record read in the file's format, and 3 more.
   mgr.Store(id, disk, values, 1, 2);
@@ -289,7 +331,9 @@ TYPED_TEST(LegacyRow, KeySizes) {
 TYPED_TEST(LegacyRow, Keys) {
   const char id = TestFixture::kId;
   const bool folds = id == NxTYPE_NxCaseIString;
-  TypeParam values[2] = {TypeParam("\xC0" "b"), TypeParam("zz")};
+  TypeParam values[2] = {TypeParam("\xC0"
+                                   "b"),
+                         TypeParam("zz")};
   unsigned char key[16];
   // From memory, the first element alone: 0xC0, L, the mapped text.
   std::memset(key, 0xEE, sizeof key);
@@ -299,7 +343,9 @@ TYPED_TEST(LegacyRow, Keys) {
   // hold an empty text, fewer no key.
   std::memset(key, 0xEE, sizeof key);
   EXPECT_EQ(mgr.Translate(id, key, 0x82, 5, values, 8, 0, 1), 5u);
-  EXPECT_EQ(H(key, 6), "c0000254" "00ee");
+  EXPECT_EQ(H(key, 6),
+            "c0000254"
+            "00ee");
   std::memset(key, 0xEE, sizeof key);
   EXPECT_EQ(mgr.Translate(id, key, 0x81, 4, values, 8, 0, 1), 4u);
   EXPECT_EQ(H(key, 5), "c0010000ee");
@@ -312,10 +358,12 @@ TYPED_TEST(LegacyRow, Keys) {
   std::memset(key, 0xEE, sizeof key);
   EXPECT_EQ(mgr.Translate(id, key, 0x82, 12, disk, 2, 9, 2), 9u);
   const std::string zz = folds ? "b7b7" : "b6b6";
-  EXPECT_EQ(H(key, 13), std::string("c00006") + (folds ? "545b" : "545a") + "00" + zz + "00" + "000000" + "ee");
+  EXPECT_EQ(H(key, 13),
+            std::string("c00006") + (folds ? "545b" : "545a") + "00" + zz + "00" + "000000" + "ee");
   std::memset(key, 0xEE, sizeof key);
   EXPECT_EQ(mgr.Translate(id, key, 0x82, 9, disk, 2, 9, 2), 8u);  // 5 of 6 bytes
-  EXPECT_EQ(H(key, 10), std::string("c00006") + (folds ? "545b" : "545a") + "00" + zz + "00" + "ee");
+  EXPECT_EQ(H(key, 10),
+            std::string("c00006") + (folds ? "545b" : "545a") + "00" + zz + "00" + "ee");
   // A raw record is copied.
   unsigned char copy[16];
   EXPECT_EQ(mgr.Translate(id, copy, 0x81, 16, key, 0x81, 9, 1), 9u);
@@ -347,7 +395,8 @@ TYPED_TEST(LegacyRow, TranslateAndConvert) {
   const uint32_t n = mgr.Translate(id, key, 0x81, 16, const_cast<TypeParam*>(&word), 8, 0, 1);
   TypeParam fromKey;
   EXPECT_EQ(mgr.Translate(id, &fromKey, 8, 0, key, 0x81, n, 1), n);
-  EXPECT_EQ(Text(fromKey.data), id == NxTYPE_NxCaseIString ? "ETE" : Text(reinterpret_cast<char*>(key + 3)));
+  EXPECT_EQ(Text(fromKey.data),
+            id == NxTYPE_NxCaseIString ? "ETE" : Text(reinterpret_cast<char*>(key + 3)));
   // Text: the bytes in the native code set; back, the bytes of the string.
   NxTypeConvertData* text = mgr.ConvertTo(id, values, 2);
   ASSERT_NE(text, nullptr);

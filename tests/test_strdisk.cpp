@@ -56,7 +56,8 @@ NxTypeMgr current(5);
 NxTypeMgr older(0);
 constexpr char kString = NxTYPE_NxString;
 
-Bytes Store(const NxString* strings, uint32_t count, unsigned char format, NxTypeMgr& mgr = current) {
+Bytes Store(const NxString* strings, uint32_t count, unsigned char format,
+            NxTypeMgr& mgr = current) {
   const uint32_t size = mgr.DiskLenGet(kString, strings, format, count, 8);
   Bytes out(size + 8, 0xEE);
   const uint32_t written = mgr.Store(kString, out.data(), strings, format, count);
@@ -73,7 +74,8 @@ Bytes Translate(const void* source, unsigned char sourceFormat, uint32_t sourceS
   Bytes out(room + 16, 0xEE);
   const uint32_t r = mgr.Translate(kString, out.data(), destinationFormat, room,
                                    const_cast<void*>(source), sourceFormat, sourceSize, count);
-  for (size_t i = room; i < out.size(); ++i) EXPECT_EQ(out[i], 0xEE) << "written behind the room at " << i;
+  for (size_t i = room; i < out.size(); ++i)
+    EXPECT_EQ(out[i], 0xEE) << "written behind the room at " << i;
   if (result != nullptr) *result = r;
   out.resize(room);
   return out;
@@ -137,7 +139,8 @@ TEST_F(StringDisk, TextRecordsInBothByteOrders) {
   }
   // An array is the records one behind the other; NullSizeGet counts 6 each.
   const NxString array[] = {Narrow("Ab"), null, Wide(u"\u20ac", 2)};
-  EXPECT_EQ(H(Store(array, 3, 2)), H(B("0006 01 01 41 62 00ff 0004 00 fe 00ff 0006 fd 02 20ac 00ff")));
+  EXPECT_EQ(H(Store(array, 3, 2)),
+            H(B("0006 01 01 41 62 00ff 0004 00 fe 00ff 0006 fd 02 20ac 00ff")));
   EXPECT_EQ(current.RowGet(kString)->NullSizeGet(3), 18u);
   NxString loaded[3];
   const Bytes disk = Store(array, 3, 1);
@@ -186,16 +189,17 @@ TEST_F(StringDisk, SizeFromAFile) {
     uint32_t count;
     uint32_t size;
   } cases[] = {
-      {15, 2, 15},          // both records whole
-      {15, 1, 8},           // the first
-      {10, 2, 8 + 7},       // the last record is not looked into
-      {6, 2, 2 * 65535},    // the first record reaches behind the end
-      {1, 1, 65535},        // not even its length field is there
-      {0, 1, 0},            // the file gives nothing
+      {15, 2, 15},        // both records whole
+      {15, 1, 8},         // the first
+      {10, 2, 8 + 7},     // the last record is not looked into
+      {6, 2, 2 * 65535},  // the first record reaches behind the end
+      {1, 1, 65535},      // not even its length field is there
+      {0, 1, 0},          // the file gives nothing
   };
   for (const auto& c : cases) {
     MemFile file(two.data(), static_cast<int32_t>(c.bytes));
-    EXPECT_EQ(current.DiskLenGetFromMemFile(kString, &file, 1, c.count), c.size) << c.bytes << " " << c.count;
+    EXPECT_EQ(current.DiskLenGetFromMemFile(kString, &file, 1, c.count), c.size)
+        << c.bytes << " " << c.count;
   }
   // An old record counts at once; with the key form, each record counts
   // the room of its key.
@@ -232,8 +236,16 @@ TEST_F(StringDisk, KeyRoom) {
 TEST_F(StringDisk, KeyRecordsInBothByteOrders) {
   const NxString ab[] = {Narrow("Ab"), Wide(u"Ab")};
   for (const NxString& s : ab) {
-    EXPECT_EQ(H(Key(&s, 1, 0x81)), "0800fe01" "0c40" "1050" "00ff");
-    EXPECT_EQ(H(Key(&s, 1, 0x82)), "0008fe01" "400c" "5010" "00ff");
+    EXPECT_EQ(H(Key(&s, 1, 0x81)),
+              "0800fe01"
+              "0c40"
+              "1050"
+              "00ff");
+    EXPECT_EQ(H(Key(&s, 1, 0x82)),
+              "0008fe01"
+              "400c"
+              "5010"
+              "00ff");
   }
   // The key of a record equals the key of the string, whatever byte order
   // either stands in.
@@ -241,7 +253,8 @@ TEST_F(StringDisk, KeyRecordsInBothByteOrders) {
     for (unsigned char from : {1, 2}) {
       const Bytes record = Store(&s, 1, from);
       uint32_t n = 0;
-      Bytes key = Translate(record.data(), from, static_cast<uint32_t>(record.size()), 0x82, 40, 1, &n);
+      Bytes key =
+          Translate(record.data(), from, static_cast<uint32_t>(record.size()), 0x82, 40, 1, &n);
       key.resize(n);
       EXPECT_EQ(H(key), "0008fe01400c501000ff");
     }
@@ -250,7 +263,13 @@ TEST_F(StringDisk, KeyRecordsInBothByteOrders) {
   NxString null;
   null.SetNullValue();
   const NxString array[] = {Narrow("b"), NxString(), Wide(u"A")};
-  EXPECT_EQ(H(Key(array, 3, 0x81)), "0600fe011050" "00ff" "0400fe01" "00ff" "0600fe010c40" "00ff");
+  EXPECT_EQ(H(Key(array, 3, 0x81)),
+            "0600fe011050"
+            "00ff"
+            "0400fe01"
+            "00ff"
+            "0600fe010c40"
+            "00ff");
   // A null string has code set 0: it becomes a key only when the native code
   // set is named for it, and then its state byte is 0.
   EXPECT_EQ(H(Key(&null, 1, 0x81)), "040000fe00ff");
@@ -272,7 +291,8 @@ TEST_F(StringDisk, KeysCutAtEveryLength) {
       for (uint32_t room = 0; room <= whole.size() + 3; ++room) {
         SCOPED_TRACE(room);
         uint32_t n = 0;
-        const Bytes key = Translate(&s, 8, 0, static_cast<unsigned char>(0x80 | format), room, 1, &n);
+        const Bytes key =
+            Translate(&s, 8, 0, static_cast<unsigned char>(0x80 | format), room, 1, &n);
         if (room <= 4) {
           EXPECT_EQ(n, 0u);
           continue;
@@ -306,111 +326,113 @@ TEST_F(StringDisk, StateChangesInsideAKey) {
   // Latin letters set state 1, Greek letters state 2.  Neutral text starts in
   // state 1: a Greek letter ends its key, with bit 7 in the state byte.
   const NxString mixed = Wide(u"ab\u03b1b");
-  EXPECT_EQ(H(Key(&mixed, 1, 0x81)), "0800fe81" "0c50" "1050" "00ff");
+  EXPECT_EQ(H(Key(&mixed, 1, 0x81)),
+            "0800fe81"
+            "0c50"
+            "1050"
+            "00ff");
   // Greek text starts in state 2; the first letter's state counts as the
   // key's own, before anything is written.
   const NxString latinInGreek = Wide(u"ab", 7);
-  EXPECT_EQ(H(Key(&latinInGreek, 1, 0x81)), "0800fe01" "0c50" "1050" "00ff");
+  EXPECT_EQ(H(Key(&latinInGreek, 1, 0x81)),
+            "0800fe01"
+            "0c50"
+            "1050"
+            "00ff");
   const NxString greek = Wide(u"\u03b1b", 7);
-  EXPECT_EQ(H(Key(&greek, 1, 0x81)), "0600fe82" "0c50" "00ff");
+  EXPECT_EQ(H(Key(&greek, 1, 0x81)),
+            "0600fe82"
+            "0c50"
+            "00ff");
   // After the first element, a first letter that changes the state already
   // ends the key: the count of written orders runs on through the call.
   const NxString pair[] = {Wide(u"a"), Wide(u"ab", 7)};
-  EXPECT_EQ(H(Key(pair, 2, 0x81)), "0600fe01" "0c50" "00ff" "0400fe82" "00ff");
+  EXPECT_EQ(H(Key(pair, 2, 0x81)),
+            "0600fe01"
+            "0c50"
+            "00ff"
+            "0400fe82"
+            "00ff");
   // A character without a record puts the text in state 20.
   const NxString unknown = Wide(u"a\u4e00");
-  EXPECT_EQ(H(Key(&unknown, 1, 0x81)), "0600fe81" "0c50" "00ff");
+  EXPECT_EQ(H(Key(&unknown, 1, 0x81)),
+            "0600fe81"
+            "0c50"
+            "00ff");
 }
 
-TEST_F(StringDisk, KeysOfLongTextsAgainstTheIterator) {
-  // Spanish traditional orders "ch" as one letter.  A "ch" stands at every
-  // place around the part of the text that the key reader takes from a copy
-  // (the last 256 bytes), and one ends the text.  The key of the string and
-  // of its record, in either byte order, holds the orders that an iterator
-  // on the string gives.
-  const size_t length = 300;
-  for (int wide = 0; wide < 2; ++wide) {
-    for (size_t at = 36; at < 180; ++at) {
-      if (at == 50) at = 164;
-      std::string text(length, 'a');
-      text.replace(length - 2, 2, "ch");
-      text.replace(at, 2, "ch");
-      const NxString s = wide ? Wide(std::u16string(text.begin(), text.end()).c_str(), 3)
-                              : Narrow(text.c_str(), 3);
-      NxString copy(s);
-      NxStringIterator it(copy);
-      std::vector<unsigned short> orders;
-      while (unsigned short o = it.GetNextOrder(1)) orders.push_back(o);
-      ASSERT_EQ(orders.size(), length - 2);
-      for (unsigned char format : {1, 2}) {
-        // L = 4 + 2 x (orders + the zero order) - 2.
-        const uint32_t l = 2 * static_cast<uint32_t>(orders.size()) + 4;
-        Bytes want = format == 2 ? Bytes{static_cast<unsigned char>(l >> 8), static_cast<unsigned char>(l)}
-                                 : Bytes{static_cast<unsigned char>(l), static_cast<unsigned char>(l >> 8)};
-        want.push_back(254);
-        want.push_back(1);
-        for (unsigned short o : orders) {
-          want.push_back(static_cast<unsigned char>(format == 2 ? o >> 8 : o));
-          want.push_back(static_cast<unsigned char>(format == 2 ? o : o >> 8));
-        }
-        want.push_back(0);
-        want.push_back(0xFF);
-        const std::string expected = H(want);
-        EXPECT_EQ(H(Key(&s, 1, static_cast<unsigned char>(0x80 | format))), expected) << at << " " << wide;
-        const Bytes record = Store(&s, 1, format);
-        const unsigned char keyFormat = static_cast<unsigned char>(0x80 | format);
-        uint32_t n = 0;
-        Bytes fromDisk = Translate(record.data(), format, static_cast<uint32_t>(record.size()), keyFormat,
-                                   StringSizeGet(record.data(), format, keyFormat, 1), 1, &n);
-        fromDisk.resize(n);
-        EXPECT_EQ(H(fromDisk), expected) << at << " " << wide;
+// The key that an iterator on the string gives: its orders up to the first
+// change of state, as Translate writes them in `format`.
+std::string IteratorKey(const NxString& s, unsigned char format) {
+  NxString copy(s);
+  NxStringIterator it(copy);
+  unsigned char state = it.state;
+  Bytes key{0, 0, 254, 0};
+  for (bool first = true;; first = false) {
+    unsigned short o = it.GetNextOrder(1);
+    if (it.state != state) {
+      if (!first) {
+        state |= 0x80;
+        o = 0;
+      } else if (o != 0) {
+        state = it.state;
       }
     }
+    key.push_back(static_cast<unsigned char>(format == 2 ? o >> 8 : o));
+    key.push_back(static_cast<unsigned char>(format == 2 ? o : o >> 8));
+    if (o == 0) break;
   }
+  key.back() = 0xFF;
+  const size_t l = key.size() - 2;
+  key[0] = static_cast<unsigned char>(format == 2 ? l >> 8 : l);
+  key[1] = static_cast<unsigned char>(format == 2 ? l : l >> 8);
+  key[3] = state;
+  return H(key);
 }
 
-// Keys of texts from a rich alphabet (accents, expansions, contractions,
-// Greek, Cyrillic, characters without a record, digits, symbols) in every
-// language and in 8-bit and 16-bit code sets hold the orders that an
-// iterator on the same text gives, up to the first change of state.
+// Keys of strings and of their records, in either byte order, hold the
+// orders that an iterator on the string gives.  The texts come from a rich
+// alphabet (accents, expansions, contractions, Greek, Cyrillic, characters
+// without a record, digits, symbols), in every language, in 8-bit and
+// 16-bit code sets; and long texts put the Spanish contraction "ch" at every
+// place around the part of a text that the key reader takes from a copy.
 TEST_F(StringDisk, KeysHoldTheIteratorsOrders) {
-  const char16_t alphabet[] = u"aAeE\u00e9\u00c9\u00fc\u00df\u00e6\u0153chllCHLL\u00f1\u0159 09-.,'&*?"
-                              u"\u03b1\u03b2\u0416\u0436\u4e00\u20ac\u00e5\u00f8\u00e4";
+  std::vector<NxString> texts;
+  const char16_t alphabet[] =
+      u"aAeE\u00e9\u00c9\u00fc\u00df\u00e6\u0153chllCHLL\u00f1\u0159 09-.,'&*?"
+      u"\u03b1\u03b2\u0416\u0436\u4e00\u20ac\u00e5\u00f8\u00e4";
   const size_t letters = sizeof alphabet / sizeof alphabet[0] - 1;
   uint32_t seed = 7;
   for (int round = 0; round < 600; ++round) {
     std::u16string text;
-    const size_t length = round % 23;
-    for (size_t k = 0; k < length; ++k) {
+    for (size_t k = 0; k < static_cast<size_t>(round % 23); ++k) {
       seed = seed * 1103515245u + 12345u;
       text += alphabet[(seed >> 8) % letters];
     }
-    const unsigned char language = static_cast<unsigned char>(round % 9);
-    const unsigned char codeSet = (round / 9) % 3 == 0 ? 253 : static_cast<unsigned char>(1 + round % 5);
-    NxString s = Wide(text.c_str(), language);
-    if (codeSet != 253) s.MapToCodeSet(codeSet);
-    NxString copy(s);
-    NxStringIterator it(copy);
-    unsigned char state = it.state;
-    Bytes want{0, 0, 254, 0};
-    for (bool first = true;; first = false) {
-      unsigned short o = it.GetNextOrder(1);
-      if (it.state != state) {
-        if (!first) {
-          state |= 0x80;
-          o = 0;
-        } else if (o != 0) {
-          state = it.state;
-        }
-      }
-      want.push_back(static_cast<unsigned char>(o));
-      want.push_back(static_cast<unsigned char>(o >> 8));
-      if (o == 0) break;
+    texts.push_back(Wide(text.c_str(), static_cast<unsigned char>(round % 9)));
+    if ((round / 9) % 3 != 0) texts.back().MapToCodeSet(static_cast<unsigned char>(1 + round % 5));
+  }
+  for (size_t at = 36; at < 180; ++at) {
+    if (at == 50) at = 164;
+    std::string text(300, 'a');
+    text.replace(298, 2, "ch");
+    text.replace(at, 2, "ch");
+    texts.push_back(Narrow(text.c_str(), 3));
+    texts.push_back(Wide(std::u16string(text.begin(), text.end()).c_str(), 3));
+  }
+  for (const NxString& s : texts) {
+    for (unsigned char format : {1, 2}) {
+      const unsigned char keyFormat = static_cast<unsigned char>(0x80 | format);
+      const std::string want = IteratorKey(s, format);
+      ASSERT_EQ(H(Key(&s, 1, keyFormat)), want);
+      const Bytes record = Store(&s, 1, format);
+      uint32_t n = 0;
+      Bytes fromRecord =
+          Translate(record.data(), format, static_cast<uint32_t>(record.size()), keyFormat,
+                    StringSizeGet(record.data(), format, keyFormat, 1), 1, &n);
+      fromRecord.resize(n);
+      ASSERT_EQ(H(fromRecord), want);
     }
-    want.back() = 0xFF;
-    want[0] = static_cast<unsigned char>(want.size() - 2);
-    want[3] = state;
-    ASSERT_EQ(H(Key(&s, 1, 0x81)), H(want)) << round;
   }
 }
 
@@ -421,7 +443,8 @@ int ContractionDepth(const NxOrderRecord* record, int depth) {
   int deepest = depth;
   for (int32_t i = 0; i < record->nextRecords.count; ++i) {
     const NxOrderRecord* next = nullptr;
-    if (record->nextRecords.Get(i, next) == 0) deepest = std::max(deepest, ContractionDepth(next, depth + 1));
+    if (record->nextRecords.Get(i, next) == 0)
+      deepest = std::max(deepest, ContractionDepth(next, depth + 1));
   }
   return deepest;
 }
@@ -437,7 +460,8 @@ TEST_F(StringDisk, ContractionsAreShort) {
       if (record == nullptr) continue;
       for (int32_t i = 0; i < record->variants.count; ++i) {
         const NxOrderRecord* variant = nullptr;
-        if (record->variants.Get(i, variant) == 0) deepest = std::max(deepest, ContractionDepth(variant, 1));
+        if (record->variants.Get(i, variant) == 0)
+          deepest = std::max(deepest, ContractionDepth(variant, 1));
       }
     }
   }
@@ -455,7 +479,9 @@ TEST_F(StringDisk, KeysFromCutSources) {
     uint32_t n = 0;
     const Bytes key = Translate(record.data(), 1, size, 0x81, 64, 1, &n);
     if (size >= record.size() - 1) {  // text and its 0 at hand: a whole key
-      EXPECT_EQ(H(key.data(), n), "0a00fe010c4010501450" "00ff");
+      EXPECT_EQ(H(key.data(), n),
+                "0a00fe010c4010501450"
+                "00ff");
     } else {
       const uint32_t orders = size - 4;
       EXPECT_EQ(n, 4 + 2 * orders);
@@ -490,7 +516,8 @@ TEST_F(StringDisk, OldRecordsOfArrays) {
   // never an old record, even with a zero there.
   const Bytes cut = B("0a00 01 01 41 42 43 00");
   NxString one;
-  EXPECT_EQ(current.Translate(kString, &one, 8, 0, const_cast<unsigned char*>(cut.data()), 1, 8, 1), 10u);
+  EXPECT_EQ(current.Translate(kString, &one, 8, 0, const_cast<unsigned char*>(cut.data()), 1, 8, 1),
+            10u);
   EXPECT_EQ(one.codeSet, 1);
   EXPECT_STREQ(one.StrGet(), "ABC");
 }
@@ -501,9 +528,19 @@ TEST_F(StringDisk, OldRecordsToTextRecordsAndBack) {
   // The old record's zero closes the text; code set 0 (or the native one
   // when the format names it), language 0.  The result counts up to the 0.
   Bytes text = Translate(old.data(), 1, 8, 1, 11, 1, &n);
-  EXPECT_EQ(H(text), "0900" "00" "00" "616200006300" "ff");
+  EXPECT_EQ(H(text),
+            "0900"
+            "00"
+            "00"
+            "616200006300"
+            "ff");
   EXPECT_EQ(n, 10u);
-  EXPECT_EQ(H(Translate(old.data(), 0x41, 8, 0x41, 11, 1)), "0900" "01" "00" "616200006300" "ff");
+  EXPECT_EQ(H(Translate(old.data(), 0x41, 8, 0x41, 11, 1)),
+            "0900"
+            "01"
+            "00"
+            "616200006300"
+            "ff");
   EXPECT_EQ(H(Translate(old.data(), 1, 8, 1, 9, 1, &n)), "090000006162000063");  // cut: no 0xFF
   EXPECT_EQ(n, 9u);
   // Back through the old row: code set, language and 0xFF go.
@@ -532,13 +569,19 @@ TEST_F(StringDisk, TranslateBetweenTheForms) {
   // Memory to disk: the text records, behind zeros; never past the room.
   Bytes disk = Translate(array, 8, 0, 2, 20, 2, &n);
   EXPECT_EQ(n, 16u);
-  EXPECT_EQ(H(disk), "000601014162" "00ff" "0006fd0220ac00ff" "00000000");
+  EXPECT_EQ(H(disk),
+            "000601014162"
+            "00ff"
+            "0006fd0220ac00ff"
+            "00000000");
   disk = Translate(array, 8, 0, 1, 9, 2, &n);
   EXPECT_EQ(H(disk), "06000101416200ff06");
   EXPECT_EQ(n, 9u);
   // Disk to disk in one format: a copy, with the output code set in byte 2.
   const Bytes record = B("0600 01 01 41 62 00ff");
-  EXPECT_EQ(H(Translate(record.data(), 1, 8, 1, 10, 1, &n)), "0600010141620" "0ff0000");
+  EXPECT_EQ(H(Translate(record.data(), 1, 8, 1, 10, 1, &n)),
+            "0600010141620"
+            "0ff0000");
   EXPECT_EQ(H(Translate(record.data(), 0x21, 8, 0x21, 8, 1)), "06000001416200ff");
   EXPECT_TRUE(asserts.reports().empty());
   // Formats that differ without the key form: reported, nothing written.
@@ -550,7 +593,9 @@ TEST_F(StringDisk, TranslateBetweenTheForms) {
   // Disk to memory in another byte order than the host's.
   const Bytes wide = B("0006 fd 02 20ac 00ff");
   NxString back;
-  EXPECT_EQ(current.Translate(kString, &back, 8, 0, const_cast<unsigned char*>(wide.data()), 2, 8, 1), 8u);
+  EXPECT_EQ(
+      current.Translate(kString, &back, 8, 0, const_cast<unsigned char*>(wide.data()), 2, 8, 1),
+      8u);
   EXPECT_EQ(Units(back), u"\u20ac");
   // A cut source gives what it holds; elements behind it take the last code
   // set and language with no text, 6 bytes each.
@@ -574,7 +619,8 @@ TEST_F(StringDisk, UnicodeRecordsAreNarrowedUnlessConfigured) {
   EXPECT_EQ(H(Translate(record.data(), 0x21, 12, 0x21, 9, 1)), "0700000041e97f00ff");
   EXPECT_EQ(H(Translate(record.data(), 1, 12, 1, 6, 1, &n)), "0700fdfd41e9");  // cut
   EXPECT_EQ(n, 6u);
-  EXPECT_EQ(H(Translate(&s, 8, 0, 0xA2, 9, 1, &n)), "0007000041e97f00ff");  // from memory, no orders
+  EXPECT_EQ(H(Translate(&s, 8, 0, 0xA2, 9, 1, &n)),
+            "0007000041e97f00ff");  // from memory, no orders
 }
 
 // oldIndexUnicodeOrder is read once per process: set, it keeps Unicode
@@ -589,7 +635,8 @@ TEST(StringDiskConfigured, UnicodeRecordsKeptWhenConfigured) {
         const NxString s = Wide(u"A\u00e9\u20ac");
         const Bytes record = Store(&s, 1, 1);
         unsigned char out[12];
-        const uint32_t m = current.Translate(kString, out, 1, 12, const_cast<unsigned char*>(record.data()), 1, 12, 1);
+        const uint32_t m = current.Translate(kString, out, 1, 12,
+                                             const_cast<unsigned char*>(record.data()), 1, 12, 1);
         std::_Exit(m == 12 && std::memcmp(out, record.data(), 12) == 0 ? 0 : 1);
       },
       ::testing::ExitedWithCode(0), "");
