@@ -66,6 +66,7 @@ int RunStore(const Args& input) {
   NxTypeMgr mgr;
   char id = 0;
   if (!cli::FindType(mgr, args[0], id)) return cli::Fail("store: unknown type '" + args[0] + "'");
+  if (const cli::ValueCommands* own = cli::FindValueCommands(id)) return own->store(input);
   if (!cli::Stands(mgr, id, &NxTypeDesc::Store))
     return cli::Fail("store: '" + args[0] + "' has no disk form in this build yet");
   cli::Values values(mgr, id);
@@ -91,6 +92,7 @@ int RunLoad(const Args& input) {
   NxTypeMgr mgr;
   char id = 0;
   if (!cli::FindType(mgr, args[0], id)) return cli::Fail("load: unknown type '" + args[0] + "'");
+  if (const cli::ValueCommands* own = cli::FindValueCommands(id)) return own->load(input);
   if (!cli::Stands(mgr, id, &NxTypeDesc::Load))
     return cli::Fail("load: '" + args[0] + "' has no disk form in this build yet");
   std::vector<unsigned char> disk;

@@ -33,6 +33,25 @@ const ValueText* FindValueText(char id) {
   return it == texts.end() ? nullptr : &it->second;
 }
 
+namespace {
+
+std::map<char, ValueCommands>& CommandRegistry() {
+  static std::map<char, ValueCommands> commands;
+  return commands;
+}
+
+}  // namespace
+
+void RegisterValueCommands(char id, const ValueCommands& commands) {
+  CommandRegistry()[id] = commands;
+}
+
+const ValueCommands* FindValueCommands(char id) {
+  const auto& commands = CommandRegistry();
+  auto it = commands.find(id);
+  return it == commands.end() ? nullptr : &it->second;
+}
+
 bool FindType(const NxTypeMgr& mgr, const std::string& text, char& id) {
   long number = 0;
   if (ParseNumber(text, 0, 127, number)) {
@@ -272,7 +291,7 @@ std::string ShowString(const void* element) {
   return WriteUtf8(*static_cast<const NxString*>(element));
 }
 
-const ValueTextRegistrar kString(NxTYPE_NxString, {ReadString, ShowString, nullptr});
+const ValueTextRegistrar kString(NxTYPE_NxString, {ReadString, ShowString, StringDiskLength});
 
 }  // namespace
 

@@ -37,6 +37,24 @@ struct ValueTextRegistrar {
   ValueTextRegistrar(char id, const ValueText& text) { RegisterValueText(id, text); }
 };
 
+// A type may take the generic `store` and `load` over: for options of its
+// own, or a disk form that holds a whole array in one record.  Each gets the
+// command's arguments as given.
+struct ValueCommands {
+  int (*store)(const Args& args);
+  int (*load)(const Args& args);
+};
+void RegisterValueCommands(char id, const ValueCommands& commands);
+const ValueCommands* FindValueCommands(char id);
+struct ValueCommandsRegistrar {
+  ValueCommandsRegistrar(char id, const ValueCommands& commands) {
+    RegisterValueCommands(id, commands);
+  }
+};
+
+// The disk length of the NxString record at `bytes` (cmd_strdisk.cpp).
+size_t StringDiskLength(const unsigned char* bytes, size_t available, unsigned char format);
+
 // A type by name ("long") or by number ("2").
 bool FindType(const NxTypeMgr& mgr, const std::string& text, char& id);
 

@@ -53,6 +53,14 @@ struct ScanTarget {
 // value.
 int ScanArguments(const char* text, const char* format, ScanTarget* targets, int targetCount);
 
+// Stores `count` memory elements by `store` into `destinationSize` bytes at
+// `destination`, zeroed first.  When the elements need more room than that
+// (by `sizeGet` from memory form), they go through a scratch copy of which
+// only what fits is kept, and the result is `destinationSize`.
+uint32_t StoreWithin(NxStoreFunc store, NxSizeGetFunc sizeGet, void* destination,
+                     uint32_t destinationSize, const void* memory, unsigned char format,
+                     uint32_t count);
+
 // The byte print and byte scan, singled out by PrintToNxString.
 NxString& BytePrint(NxString& result, void* value, const char* format, uint32_t count);
 void* ByteScan(void* value, NxString& text, const char* format, uint32_t count);

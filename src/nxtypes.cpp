@@ -927,6 +927,757 @@ void* StringDefault(uint32_t count, int null) {
 
 }  // namespace nxrows
 
+// ---------------------------------------------------------------------------
+// The disk forms of strings.  A text record is L (16 bits: the bytes behind
+// it), the code set, the language, the text in its char width and the bytes
+// 0 and 0xFF.  A key record has the same frame with code set 254, the
+// collation state in place of the language and 16-bit orders as its text; a
+// key cut at the end of its room has no closing bytes, and its L counts the
+// bytes written.  An old record is L and the 8-bit texts of a whole array,
+// each with its zero byte.  The last byte of a record tells a text record
+// (0xFF) from an old one (0).
+
+namespace {
+
+constexpr unsigned char kNoCodeSet = 0;
+constexpr unsigned char kUnicodeCodeSet = 253;
+constexpr unsigned char kOrderCodeSet = 254;
+constexpr unsigned char kNullLanguage = 254;
+constexpr unsigned char kDropCodeSet = 0x20;
+constexpr unsigned char kNameCodeSet = 0x40;
+constexpr unsigned char kKeyForm = 0x80;
+// The largest data length d (L = d + 2) that the length field can state.
+constexpr uint32_t kLongestData = 65533;
+
+inline uint32_t CharWidth(unsigned char codeSet) {
+  return codeSet > 224 ? 2u : 1u;
+}
+inline bool MemoryForm(unsigned char format) {
+  return (format & 8) != 0;
+}
+
+// 16-bit fields in the byte order of a format: 2 most significant byte
+// first, any other low value least significant byte first.
+inline uint32_t Get16(const unsigned char* at, unsigned char format) {
+  return (format & 0x0F) == 2 ? (uint32_t{at[0]} << 8) | at[1] : at[0] | (uint32_t{at[1]} << 8);
+}
+inline void Put16(unsigned char* at, uint32_t value, unsigned char format) {
+  if ((format & 0x0F) == 2) {
+    at[0] = static_cast<unsigned char>(value >> 8);
+    at[1] = static_cast<unsigned char>(value);
+  } else {
+    at[0] = static_cast<unsigned char>(value);
+    at[1] = static_cast<unsigned char>(value >> 8);
+  }
+}
+
+// The bytes of a source whose size the caller states.  Reads behind the end
+// give 0, so that Translate never reads past what it was handed.
+struct Stated {
+  const unsigned char* bytes;
+  uint32_t size;
+  unsigned char At(uint64_t offset) const { return offset < size ? bytes[offset] : 0; }
+  uint32_t Short(uint64_t offset, unsigned char format) const {
+    if (offset + 2 <= size) return Get16(bytes + offset, format);
+    const unsigned char pair[2] = {At(offset), At(offset + 1)};
+    return Get16(pair, format);
+  }
+};
+
+// The code set that a format gives a string: order text stays order text;
+// bit 0x20 drops every other code set; bit 0x40 names the native code set
+// for code set 0.
+unsigned char OutputCodeSet(unsigned char codeSet, unsigned char format) {
+  if (codeSet == kOrderCodeSet) return codeSet;
+  if ((format & kDropCodeSet) != 0) return kNoCodeSet;
+  if ((format & kNameCodeSet) != 0 && codeSet == kNoCodeSet)
+    return NxLanguageContext::GetNativeCodeSet();
+  return codeSet;
+}
+
+// Only text of a real code set turns into orders.
+inline bool MakesOrders(unsigned char outputCodeSet) {
+  return outputCodeSet != kNoCodeSet && outputCodeSet != kOrderCodeSet;
+}
+
+// The room that a key may take for a record of data length d: two orders per
+// character at worst.
+inline uint32_t KeyRoom(uint32_t d, unsigned char codeSet) {
+  return CharWidth(codeSet) == 1 ? d * 4 : d * 2;
+}
+
+// The data length d of a string's text record: the text's bytes (all of
+// `size`, inner zeros included) and the closing 0 and 0xFF.  The length
+// field can't state more than 65533: an 8-bit text of 65532 characters, one
+// more than a record holds, keeps 65531 of them.
+uint32_t DataLength(const NxString& s) {
+  if (s.size == 0) return 2;
+  const uint32_t d = CharWidth(s.codeSet) == 2 ? s.size : s.size + 1u;
+  return d < kLongestData ? d : kLongestData;
+}
+
+// Text bytes between memory (machine order) and a record: 16-bit units take
+// the byte order of the format, 8-bit text is copied as it stands.
+void CopyText(void* to, const void* from, uint32_t bytes, uint32_t width, unsigned char format) {
+  if (bytes == 0) return;
+  if (width == 2)
+    ShortStore(to, from, (format & 0x0F) == 2 ? 2 : 1, bytes / 2);
+  else
+    std::memcpy(to, from, bytes);
+}
+
+// A buffer from malloc; the memory handler is called until one comes (it
+// throws when no memory is left).
+unsigned char* Buffer(size_t bytes) {
+  if (bytes == 0) bytes = 1;
+  void* memory = std::malloc(bytes);
+  while (memory == nullptr) {
+    NxCallMemoryHandler(static_cast<uint32_t>(bytes));
+    memory = std::malloc(bytes);
+  }
+  return static_cast<unsigned char*>(memory);
+}
+
+// Gives an emptied string the `bytes` bytes of record text at `text`, closed
+// by a terminator of its char width: what assigning the text with SetText
+// does for text of the string's own code set, in one copy.  No bytes leave
+// the string without a buffer.
+void SetRecordText(NxString& s, const unsigned char* text, uint32_t bytes, unsigned char format) {
+  const uint32_t w = CharWidth(s.codeSet);
+  bytes -= bytes % w;
+  if (bytes == 0) return;
+  unsigned char* buffer = Buffer(bytes + w);
+  CopyText(buffer, text, bytes, w, format);
+  std::memset(buffer + bytes, 0, w);
+  s.data = reinterpret_cast<char*>(buffer);
+  s.size = static_cast<unsigned short>(bytes + w);
+}
+
+// An old record: each string takes the next text by operator=(const char*),
+// which gives it the default 8-bit code set and the default language.
+// Strings for which the record has no text left get an empty one.
+uint32_t LoadOldRecord(NxString* strings, const unsigned char* record, uint32_t length,
+                       uint32_t count) {
+  const char* at = reinterpret_cast<const char*>(record) + 2;
+  const char* const end = at + length;
+  for (uint32_t i = 0; i < count; ++i) {
+    strings[i] = at < end ? at : "";
+    if (at < end) at += strings[i].size;
+  }
+  return length + 2;
+}
+
+}  // namespace
+
+uint32_t StringStore(void* disk, const void* memory, unsigned char format, uint32_t count) {
+  format &= 0x0F;
+  unsigned char* out = static_cast<unsigned char*>(disk);
+  const NxString* strings = static_cast<const NxString*>(memory);
+  uint32_t total = 0;
+  for (uint32_t i = 0; i < count; ++i) {
+    const NxString& s = strings[i];
+    const uint32_t d = DataLength(s);
+    if (d == kLongestData && CharWidth(s.codeSet) == 1 && s.size >= kLongestData)
+      ZENTRO_assert("\"text too long for its record\" && 0", "src\\nxtypes", __LINE__);
+    Put16(out, d + 2, format);
+    out[2] = s.codeSet;
+    out[3] = s.language;
+    out[d + 2] = 0;
+    out[d + 3] = 0xFF;
+    CopyText(out + 4, s.data, d - 2, CharWidth(s.codeSet), format);
+    out += d + 4;
+    total += d + 4;
+  }
+  return total & 0xFFFF;
+}
+
+uint32_t StringLoad(void* memory, const void* disk, unsigned char format, uint32_t count) {
+  const unsigned char* in = static_cast<const unsigned char*>(disk);
+  NxString* strings = static_cast<NxString*>(memory);
+  if (in == nullptr) return 0;
+  const uint32_t first = Get16(in, format);
+  if (in[first + 1] == 0) return LoadOldRecord(strings, in, first, count);
+  uint32_t total = 0;
+  for (uint32_t i = 0; i < count; ++i) {
+    const uint32_t length = Get16(in, format);
+    NxString& s = strings[i];
+    s.Destroy();
+    s.codeSet = in[2];
+    s.language = in[3];
+    SetRecordText(s, in + 4, length > 4 ? length - 4 : 0, format);
+    in += length + 2;
+    total += length + 2;
+  }
+  return total & 0xFFFF;
+}
+
+uint32_t StringSizeGet(const void* value, unsigned char valueFormat, unsigned char diskFormat,
+                       uint32_t count) {
+  const bool key = (diskFormat & kKeyForm) != 0;
+  uint32_t total = 0;
+  if (MemoryForm(valueFormat)) {
+    const NxString* strings = static_cast<const NxString*>(value);
+    for (uint32_t i = 0; i < count; ++i) {
+      uint32_t d = DataLength(strings[i]);
+      if (key && MakesOrders(OutputCodeSet(strings[i].codeSet, diskFormat)))
+        d = KeyRoom(d, strings[i].codeSet);
+      total += d + 4;
+    }
+    return total;
+  }
+  const unsigned char* in = static_cast<const unsigned char*>(value);
+  for (uint32_t i = 0; i < count; ++i) {
+    const uint32_t length = Get16(in, diskFormat);
+    if (!key && in[length + 1] == 0) return length + 2;
+    uint32_t stated = length;
+    if (key && MakesOrders(OutputCodeSet(in[2], diskFormat))) stated = KeyRoom(length, in[2]);
+    total += stated + 2;
+    in += length + 2;
+  }
+  return total;
+}
+
+namespace nxrows {
+
+uint32_t StoreWithin(NxStoreFunc store, NxSizeGetFunc sizeGet, void* destination,
+                     uint32_t destinationSize, const void* memory, unsigned char format,
+                     uint32_t count) {
+  if (destinationSize != 0) std::memset(destination, 0, destinationSize);
+  const uint32_t needed = sizeGet(memory, 8, format, count);
+  if (needed <= destinationSize) return store(destination, memory, format, count);
+  unsigned char* scratch = Buffer(needed);
+  store(scratch, memory, format, count);
+  std::memcpy(destination, scratch, destinationSize);
+  std::free(scratch);
+  return destinationSize;
+}
+
+}  // namespace nxrows
+
+namespace {
+
+// The size of the records at a file's position.  The file is asked for the
+// first two bytes; a record that reaches behind the end of the file can't
+// be inspected and counts 65535 bytes for itself and each element after it.
+uint32_t StringSizeGetFromMemFile(MemFile* file, unsigned char format, uint32_t count) {
+  uint32_t granted = 2;
+  const unsigned char* at =
+      file != nullptr ? file->Seek(0, MemFile::FromCurrent, &granted, 0) : nullptr;
+  if (at == nullptr || granted == 0) return 0;
+  const bool key = (format & kKeyForm) != 0;
+  const int64_t left = int64_t{file->size} - file->position;
+  int64_t offset = 0;
+  uint32_t total = 0;
+  for (uint32_t i = 0; i < count; ++i) {
+    const uint32_t worst = (count - i) * 65535u;
+    if (offset + (key ? 3 : 2) > left) return worst;
+    const uint32_t length = Get16(at + offset, format);
+    if (!key && count - i > 1) {
+      if (offset + length + 2 > left) return worst;
+      if (at[offset + length + 1] == 0) return length + 2;
+    }
+    uint32_t stated = length;
+    if (key && MakesOrders(OutputCodeSet(at[offset + 2], format)))
+      stated = KeyRoom(length, at[offset + 2]);
+    total += stated + 2;
+    offset += length + 2;
+  }
+  return total;
+}
+
+// ---------------------------------------------------------------------------
+// Translation between the forms.
+
+// True when the records that StringLoad reads for `count` elements lie
+// inside the stated bytes: the first record, whose last byte it looks at,
+// and, unless that is an old record, `count` records in a row, each with
+// its code set and language.
+bool RecordsFit(const Stated& in, unsigned char format, uint32_t count, bool old) {
+  uint64_t offset = 0;
+  for (uint32_t i = 0; i == 0 || (!old && i < count); ++i) {
+    if (offset + 2 > in.size) return false;
+    const uint32_t length = in.Short(offset, format);
+    if (!old && length < 2) return false;
+    offset += uint64_t{length} + 2;
+    if (offset > in.size) return false;
+  }
+  return true;
+}
+
+// Loading from a source that may be cut: each record is taken as far as the
+// stated bytes reach, and the elements behind the last record get its code
+// set and language and no text.
+uint32_t LoadCutSource(NxString* strings, const Stated& in, unsigned char format, uint32_t count,
+                       unsigned char codeSet, unsigned char language) {
+  uint64_t used = 0;
+  uint32_t i = 0;
+  for (; i < count && used + 5 < in.size; ++i) {
+    uint64_t length = in.Short(used, format);
+    if (length + used > in.size) length = in.size - used;
+    codeSet = in.At(used + 2);
+    language = in.At(used + 3);
+    NxString& s = strings[i];
+    s.Destroy();
+    s.codeSet = codeSet;
+    s.language = language;
+    SetRecordText(s, in.bytes + used + 4, length > 4 ? static_cast<uint32_t>(length - 4) : 0,
+                  format);
+    used += length + 2;
+  }
+  for (; i < count; ++i) {
+    strings[i].Destroy();
+    strings[i].codeSet = codeSet;
+    strings[i].language = language;
+    used += 6;
+  }
+  return static_cast<uint32_t>(used);
+}
+
+// Disk records into strings, never reading past the stated bytes: StringLoad
+// when its records lie inside them, else the cut-source reading.
+uint32_t LoadWithin(NxString* strings, const Stated& in, unsigned char format, uint32_t count,
+                    bool old, unsigned char codeSet, unsigned char language) {
+  if (RecordsFit(in, format, count, old)) return StringLoad(strings, in.bytes, format, count);
+  return LoadCutSource(strings, in, format, count, codeSet, language);
+}
+
+// The configuration key oldIndexUnicodeOrder, asked once: when it is set,
+// records of Unicode text are copied as they stand instead of narrowed.
+bool KeepsUnicodeRecords() {
+  static const bool keep = [] {
+    NxConfig* config = DefaultConfig(NxCONFIG_QUERY);
+    uint16_t flag = 0;
+    if (config != nullptr) config->Query("oldIndexUnicodeOrder", &flag, nullptr);
+    return flag != 0;
+  }();
+  return keep;
+}
+
+// An old record as a text record of the output code set and language 0.  The
+// old record's closing zero becomes the text's 0, followed by 0xFF when the
+// destination has room for it.  The result counts the bytes up to the 0.
+uint32_t OldToTextRecord(unsigned char* out, unsigned char format, uint32_t room, const Stated& in,
+                         uint32_t length, unsigned char output) {
+  const uint64_t whole = uint64_t{in.size} + 2;
+  const uint32_t n = whole < room ? static_cast<uint32_t>(whole) : room;
+  if (room != 0) std::memset(out, 0, room);
+  unsigned char header[4];
+  Put16(header, length + 3, format);
+  header[2] = output;
+  header[3] = 0;
+  std::memcpy(out, header, room < 4 ? room : 4);
+  if (n > 4) std::memcpy(out + 4, in.bytes + 2, n - 4);
+  if (uint64_t{in.size} + 3 <= room) out[length + 4] = 0xFF;
+  return n;
+}
+
+// A single image of text records, copied with the output code set in byte
+// 2.  A record of Unicode text is narrowed to one byte per unit (0x7F for
+// units above 255) unless oldIndexUnicodeOrder is set.  Strings in memory
+// are stored into a scratch image first.
+uint32_t CopyRecordImage(unsigned char* out, unsigned char format, uint32_t room,
+                         const void* source, unsigned char sourceFormat, uint32_t sourceSize,
+                         uint32_t count, unsigned char codeSet, unsigned char output) {
+  unsigned char* scratch = nullptr;
+  Stated image{static_cast<const unsigned char*>(source), sourceSize};
+  unsigned char imageFormat = sourceFormat;
+  if (MemoryForm(sourceFormat)) {
+    imageFormat = format & 0x0F;
+    const uint32_t size = StringSizeGet(source, 8, imageFormat, count);
+    scratch = Buffer(size);
+    StringStore(scratch, source, imageFormat, count);
+    image = Stated{scratch, size};
+  }
+  uint64_t n = image.size;
+  const bool narrow = codeSet == kUnicodeCodeSet && !KeepsUnicodeRecords();
+  uint32_t narrowLength = 0;
+  if (narrow) {
+    const uint32_t length = image.Short(0, imageFormat);
+    narrowLength = (length > 4 ? (length - 4) / 2 : 0) + 4;
+    n = narrowLength + 2;
+  }
+  bool cut = false;
+  if (n > room) {
+    n = room;
+    cut = true;
+  } else if (n < room) {
+    std::memset(out, 0, room);
+  }
+  if (narrow) {
+    unsigned char header[4];
+    Put16(header, narrowLength, format);
+    header[2] = output;
+    header[3] = output;
+    std::memcpy(out, header, n < 4 ? n : 4);
+    const uint64_t end = cut ? n : n - 2;
+    for (uint64_t k = 4; k < end; ++k) {
+      const uint32_t unit = image.Short(4 + 2 * (k - 4), imageFormat);
+      out[k] = static_cast<unsigned char>(unit <= 255 ? unit : 0x7F);
+    }
+    if (!cut) {
+      out[n - 2] = 0;
+      out[n - 1] = 0xFF;
+    }
+  } else if (n != 0) {
+    std::memcpy(out, image.bytes, n);
+  }
+  if (n > 2) out[2] = output;
+  std::free(scratch);
+  return static_cast<uint32_t>(n);
+}
+
+// The text of one element as the collation reader of a key sees it.  A
+// string's text that ends in a terminator of the reader's width is read in
+// place.  Any other text is read in place while it goes on, and from a copy
+// of its last bytes, closed by a zero unit, towards its end: a record's
+// 16-bit text is followed by 0 and 0xFF, which don't end it, a cut record is
+// not closed at all, and a string may have another width than the code set
+// that reads it.  The copy holds 128 characters of 16 bits, far more than the
+// longest contraction in any order table, so the reader's look-ahead from
+// the text itself never reaches the text's end.
+class KeyText {
+ public:
+  static constexpr uint32_t kTail = 256;
+
+  // A text that ends in a terminator of the reader's width: read in place.
+  void SetTerminated(const unsigned char* text) {
+    start_ = text;
+    onText_ = false;
+    tailEnd_ = nullptr;
+  }
+  // `bytes` is a whole number of characters.
+  void Set(const unsigned char* text, uint32_t bytes) {
+    const uint32_t kept = bytes < kTail ? bytes : kTail;
+    tailFrom_ = text + (bytes - kept);
+    std::memcpy(tail_, tailFrom_, kept);
+    tail_[kept] = 0;
+    tail_[kept + 1] = 0;
+    tailEnd_ = tail_ + kept;
+    onText_ = bytes > kept;
+    start_ = onText_ ? text : tail_;
+  }
+  const char* start() const { return reinterpret_cast<const char*>(start_); }
+  // Moves a reader that went into the copied part onto the copy.
+  void Follow(NxStringIterator& reader) {
+    if (onText_ && reader.position >= tailFrom_) {
+      reader.position = tail_ + (reader.position - tailFrom_);
+      onText_ = false;
+    }
+  }
+  // True when the reader has used all of the text.
+  bool Used(const NxStringIterator& reader) const {
+    return !onText_ && reader.position >= tailEnd_;
+  }
+
+ private:
+  alignas(2) unsigned char tail_[kTail + 2];
+  const unsigned char* tailFrom_ = nullptr;
+  const unsigned char* tailEnd_ = nullptr;
+  const unsigned char* start_ = nullptr;
+  bool onText_ = false;
+};
+
+// The orders of a key.  Characters whose record needs none of the
+// collation's further work (no contraction, no language variant, no
+// expansion) are read here straight from the order table; everything else
+// goes to GetNextOrder, which gives the same order and state for the
+// characters handled here.
+class KeyOrders {
+ public:
+  explicit KeyOrders(NxStringIterator& reader)
+      : reader_(reader), home_(reader.state), wide_(reader.codeSet > 224) {
+    const NxCodeSet* set =
+        reader.codeSet < kOrderCodeSet ? NxLanguageContext::QueryCodeSet(reader.codeSet) : nullptr;
+    table_ = set != nullptr ? set->orderTable : nullptr;
+  }
+
+  unsigned short Next() {
+    if (table_ != nullptr && reader_.overflow == nullptr) {
+      const unsigned char* at = reader_.position;
+      const unsigned short value = wide_ ? Unit(at) : *at;
+      if (value == 0) return 0;
+      const NxOrderRecord* record = table_->Find(value);
+      if (record != nullptr &&
+          (record->hasNext | record->hasVariants | record->hasExpansion) == 0) {
+        reader_.state = record->stateSource != nullptr ? *record->stateSource : home_;
+        reader_.position += wide_ ? 2 : 1;
+        return record->order;
+      }
+    }
+    return reader_.GetNextOrder(1);
+  }
+
+ private:
+  // A 16-bit unit as the iterator reads it: 8 machine order, 2 most
+  // significant byte first, else least significant byte first.
+  unsigned short Unit(const unsigned char* at) const {
+    switch (reader_.format & 0x0F) {
+      case 8: {
+        unsigned short unit;
+        std::memcpy(&unit, at, 2);
+        return unit;
+      }
+      case 2:
+        return static_cast<unsigned short>(at[0] << 8 | at[1]);
+      default:
+        return static_cast<unsigned short>(at[0] | at[1] << 8);
+    }
+  }
+
+  NxStringIterator& reader_;
+  const NxOrderTable* table_;
+  const unsigned char home_;
+  const bool wide_;
+};
+
+// Key records, one per element, for as long as the destination has more than
+// the 4 bytes of a header left.  Each is built from the element's collation
+// orders in the output code set and the element's language.  The state byte
+// starts as the text's collation state (0 for language 254) and takes the
+// state of the first order; a later change of state ends the key with a zero
+// order and bit 7 in the state byte.  That first change counts only while
+// nothing has been written in this call: from the second element on, any
+// change ends the key.  A key closes with 0 and 0xFF after its zero order;
+// one that runs out of room, or out of a cut source, ends without them and
+// its L counts the bytes written.
+uint32_t KeyRecords(unsigned char* out, unsigned char format, uint32_t room, const void* source,
+                    unsigned char sourceFormat, uint32_t sourceSize, uint32_t count, bool old,
+                    unsigned char output) {
+  const bool fromMemory = MemoryForm(sourceFormat);
+  const unsigned char readFormat = sourceFormat & 0x0F;
+  const bool msbFirst = (format & 0x0F) == 2;
+  const uint32_t width = CharWidth(output);
+  const Stated in{static_cast<const unsigned char*>(source), sourceSize};
+  KeyText text;
+  uint32_t total = 0;
+  uint64_t written = 0;  // orders written in this call
+  uint64_t offset = 0;   // the next source record
+  for (uint32_t i = 0; i < count && room > 4; ++i) {
+    unsigned char language;
+    bool sourceCut = false;
+    uint32_t length = 0;
+    if (fromMemory) {
+      const NxString& s = static_cast<const NxString*>(source)[i];
+      const uint32_t own = CharWidth(s.codeSet);
+      if (own == width) {
+        text.SetTerminated(reinterpret_cast<const unsigned char*>(s.StrGet()));
+      } else {
+        uint32_t bytes = s.data != nullptr && s.size > own ? s.size - own : 0;
+        bytes -= bytes % width;
+        text.Set(reinterpret_cast<const unsigned char*>(s.StrGet()), bytes);
+      }
+      language = s.language;
+    } else {
+      if (offset + 2 > in.size) break;
+      length = in.Short(offset, readFormat);
+      const uint64_t from = offset + (old ? 2 : 4);
+      const uint64_t statedEnd = offset + (old ? uint64_t{length} + 2 : length);
+      language = old ? 0 : in.At(offset + 3);
+      uint64_t end = statedEnd < in.size ? statedEnd : in.size;
+      if (end < from) end = from;
+      // A text record whose closing 0 is not at hand is cut: its key ends
+      // where the bytes end, without a zero order.
+      sourceCut = !old && statedEnd >= in.size;
+      uint64_t bytes = end - from;
+      bytes -= bytes % width;
+      text.Set(in.bytes + from, static_cast<uint32_t>(bytes));
+    }
+
+    NxStringIterator reader(text.start(), output, language, readFormat);
+    KeyOrders orders(reader);
+    unsigned char state = language == kNullLanguage ? 0 : reader.state;
+    unsigned char* at = out + 4;
+    unsigned char* const end = out + room;
+    bool closed = false;
+    while (end - at >= 2 && !(sourceCut && text.Used(reader))) {
+      unsigned short order = orders.Next();
+      text.Follow(reader);
+      if (reader.state != state) {
+        if (written != 0) {
+          state |= 0x80;
+          order = 0;
+        } else if (order != 0) {
+          state = reader.state;
+        }
+      }
+      at[0] = static_cast<unsigned char>(msbFirst ? order >> 8 : order);
+      at[1] = static_cast<unsigned char>(msbFirst ? order : order >> 8);
+      at += 2;
+      ++written;
+      if (order == 0) {
+        closed = true;
+        break;
+      }
+    }
+
+    const uint32_t used = static_cast<uint32_t>(at - out);
+    if (closed) at[-1] = 0xFF;
+    Put16(out, closed ? used - 2 : used, format);
+    out[2] = kOrderCodeSet;
+    out[3] = state;
+    total += used;
+    out += used;
+    room -= used;
+    offset += uint64_t{length} + 2;
+  }
+  return total & 0xFFFF;
+}
+
+uint32_t StringTranslate(void* destination, unsigned char destinationFormat,
+                         uint32_t destinationSize, void* source, unsigned char sourceFormat,
+                         uint32_t sourceSize, uint32_t count) {
+  unsigned char* out = static_cast<unsigned char*>(destination);
+  const bool fromMemory = MemoryForm(sourceFormat);
+  NxString* strings = static_cast<NxString*>(source);
+  const Stated in{static_cast<const unsigned char*>(source), sourceSize};
+
+  // The code set of the first string or record decides for all elements.
+  unsigned char codeSet = kNoCodeSet;
+  unsigned char language = 0;
+  bool old = false;
+  uint32_t first = 0;
+  if (fromMemory) {
+    if (count != 0) codeSet = strings[0].codeSet;
+  } else {
+    first = in.Short(0, sourceFormat);
+    old = uint64_t{first} + 2 <= sourceSize && in.At(first + 1) == 0;
+    if (!old) {
+      codeSet = in.At(2);
+      language = in.At(3);
+    }
+  }
+
+  if (MemoryForm(destinationFormat)) {
+    NxString* targets = static_cast<NxString*>(destination);
+    if (fromMemory) {
+      for (uint32_t i = 0; i < count; ++i) targets[i] = strings[i];
+      return nxrows::kStringMemLen * count;
+    }
+    if ((sourceFormat & kKeyForm) == 0 || count <= 1)
+      return LoadWithin(targets, in, sourceFormat, count, old, codeSet, language);
+    return LoadCutSource(targets, in, sourceFormat, count, codeSet, language);
+  }
+
+  if (fromMemory && (destinationFormat & kKeyForm) == 0)
+    return nxrows::StoreWithin(StringStore, StringSizeGet, out, destinationSize, source,
+                               destinationFormat & 0x0F, count);
+  if ((destinationFormat & kKeyForm) == 0 && destinationFormat != sourceFormat) {
+    ZENTRO_assert("\"format combination not supported\" && 0", "src\\nxtypes", __LINE__);
+    return 0;
+  }
+  const unsigned char output = OutputCodeSet(codeSet, destinationFormat);
+  if ((destinationFormat & kKeyForm) != 0 && MakesOrders(output))
+    return KeyRecords(out, destinationFormat, destinationSize, source, sourceFormat, sourceSize,
+                      count, old, output);
+  if (old) return OldToTextRecord(out, destinationFormat, destinationSize, in, first, output);
+  return CopyRecordImage(out, destinationFormat, destinationSize, source, sourceFormat,
+                         sourceSize, count, codeSet, output);
+}
+
+// ---------------------------------------------------------------------------
+// The old string row: one old record for the whole array.
+
+// 16-bit text goes into an old record in the default 8-bit code set, one
+// byte per character ("?" for characters that it lacks), so that the record
+// keeps as many bytes as Len() counts.
+void NarrowInto(unsigned char* at, const NxString& s, uint32_t length) {
+  const NxCodeSet* target = NxLanguageContext::QueryCodeSet(NxString::GetDefault8CodeSet());
+  const unsigned char* units = reinterpret_cast<const unsigned char*>(s.StrGet());
+  for (uint32_t k = 0; k < length; ++k) {
+    unsigned short unit;
+    std::memcpy(&unit, units + 2 * k, 2);
+    const unsigned short c = target != nullptr ? target->MapFrom(unit, s.codeSet) : 0;
+    at[k] = static_cast<unsigned char>(c != 0 && c < 256 ? c : '?');
+  }
+}
+
+uint32_t OldStringStore(void* disk, const void* memory, unsigned char format, uint32_t count) {
+  unsigned char* out = static_cast<unsigned char*>(disk);
+  const NxString* strings = static_cast<const NxString*>(memory);
+  uint32_t sum = 0;
+  for (uint32_t i = 0; i < count; ++i) {
+    const NxString& s = strings[i];
+    const uint32_t length = s.Len();
+    unsigned char* at = out + 2 + sum;
+    if (CharWidth(s.codeSet) == 1)
+      std::memcpy(at, s.StrGet(), length);
+    else
+      NarrowInto(at, s, length);
+    at[length] = 0;
+    sum += length + 1;
+  }
+  Put16(out, sum, format);
+  return (sum & 0xFFFF) + 2;
+}
+
+// L of an old record, taken as a signed 16-bit number, and the 2 bytes of
+// the field.
+inline uint32_t OldRecordSize(const unsigned char* record, unsigned char format) {
+  return static_cast<uint32_t>(static_cast<int16_t>(Get16(record, format)) + 2);
+}
+
+uint32_t OldStringSizeGet(const void* value, unsigned char valueFormat, unsigned char diskFormat,
+                          uint32_t count) {
+  if (!MemoryForm(valueFormat))
+    return OldRecordSize(static_cast<const unsigned char*>(value), diskFormat);
+  const NxString* strings = static_cast<const NxString*>(value);
+  uint32_t size = count + 2;
+  for (uint32_t i = 0; i < count; ++i) size += strings[i].Len();
+  return size;
+}
+
+uint32_t OldStringSizeGetFromMemFile(MemFile* file, unsigned char format, uint32_t) {
+  uint32_t granted = 2;
+  const unsigned char* at =
+      file != nullptr ? file->Seek(0, MemFile::FromCurrent, &granted, 0) : nullptr;
+  if (at == nullptr || granted < 2) return 0;
+  return OldRecordSize(at, format);
+}
+
+// Text records become old records by dropping the code set, the language
+// and the 0xFF; an old record is copied.
+uint32_t OldStringTranslate(void* destination, unsigned char destinationFormat,
+                            uint32_t destinationSize, void* source, unsigned char sourceFormat,
+                            uint32_t sourceSize, uint32_t count) {
+  unsigned char* out = static_cast<unsigned char*>(destination);
+  const Stated in{static_cast<const unsigned char*>(source), sourceSize};
+  if (MemoryForm(destinationFormat)) {
+    NxString* targets = static_cast<NxString*>(destination);
+    if (MemoryForm(sourceFormat)) {
+      NxString* strings = static_cast<NxString*>(source);
+      for (uint32_t i = 0; i < count; ++i) targets[i] = strings[i];
+      return nxrows::kStringMemLen * count;
+    }
+    const uint32_t first = in.Short(0, sourceFormat);
+    const bool old = uint64_t{first} + 2 <= sourceSize && in.At(first + 1) == 0;
+    return LoadWithin(targets, in, sourceFormat, count, old, in.At(2), in.At(3));
+  }
+  if (MemoryForm(sourceFormat))
+    return nxrows::StoreWithin(OldStringStore, OldStringSizeGet, out, destinationSize, source,
+                               destinationFormat & 0x0F, count);
+
+  int64_t length = in.Short(0, sourceFormat);
+  int64_t size = sourceSize;
+  uint32_t from = 2;
+  if (static_cast<uint16_t>(length + 2) <= static_cast<uint16_t>(sourceSize) &&
+      in.At(static_cast<uint64_t>(length) + 1) == 0xFF) {
+    length -= 3;
+    size -= 3;
+    from = 4;
+  }
+  int64_t n = size;
+  if (n > int64_t{destinationSize})
+    n = destinationSize;
+  else if (n < int64_t{destinationSize})
+    std::memset(out, 0, destinationSize);
+  if (n < 2) return n > 0 ? static_cast<uint32_t>(n) : 0;
+  Put16(out, static_cast<uint32_t>(length), destinationFormat);
+  std::memcpy(out + 2, in.bytes + from, static_cast<size_t>(n - 2));
+  return static_cast<uint32_t>(n);
+}
+
+}  // namespace
+
 namespace {
 
 // Adapters: the base library's functions take a const source in both
@@ -1090,12 +1841,20 @@ constexpr NxTypeDesc ScalarRow(const char* name, unsigned short memLen, const ch
 
 static_assert(sizeof(NxString) == nxrows::kStringMemLen, "the string row steps by the record");
 
-// The memory side of the string rows.  The old string row has no null.
-constexpr NxTypeDesc StringRow(bool withNull) {
+// The string rows: the current row "NxString" and the old string row, which
+// shares the memory side and the Load (that reads both disk forms), writes
+// old records, and has no null.
+constexpr NxTypeDesc StringRow(bool current) {
+  const bool withNull = current;
   NxTypeDesc row = nxrows::IllegalLike("NxString", nxrows::kStringMemLen, 0, "%s");
   row.Create = nxrows::StringCreate;
   row.Delete = nxrows::StringDelete;
+  row.Store = current ? StringStore : OldStringStore;
+  row.Load = StringLoad;
   row.NullSizeGet = nxrows::StringNullSizeGet;
+  row.SizeGet = current ? StringSizeGet : OldStringSizeGet;
+  row.SizeGetFromMemFile = current ? StringSizeGetFromMemFile : OldStringSizeGetFromMemFile;
+  row.Translate = current ? StringTranslate : OldStringTranslate;
   row.ConvertTo = nxrows::StringConvertTo;
   row.ConvertFrom = nxrows::StringConvertFrom;
   row.Constructor = nxrows::StringConstructor;

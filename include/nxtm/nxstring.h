@@ -186,6 +186,21 @@ NXTM_API uint32_t HashNxString7(const NxString& text);
 NXTM_API int NxSplitList(NxString& list, NxString& element, const NxString& separator,
                          unsigned short& position);
 
+// The disk forms of strings.  A text record: L (16 bits, the bytes behind
+// it), code set, language, the text in its char width (16-bit units in the
+// format's byte order), 0 and 0xFF; it takes L + 2 bytes.  StringStore writes
+// `count` text records in the byte order of the format's low four bits and
+// returns their bytes (cut to 16 bits).  StringLoad reads text records, key
+// records (as order text, code set 254) or one old record holding the whole
+// array, told apart by the last byte of the first record, into constructed
+// strings.  StringSizeGet gives the disk bytes of `count` elements in
+// `diskFormat`, from strings (`valueFormat` with bit 3) or from records; with
+// the key form bit 0x80 it gives room for the key records.
+NXTM_API uint32_t StringStore(void* disk, const void* memory, unsigned char format, uint32_t count);
+NXTM_API uint32_t StringLoad(void* memory, const void* disk, unsigned char format, uint32_t count);
+NXTM_API uint32_t StringSizeGet(const void* value, unsigned char valueFormat,
+                                unsigned char diskFormat, uint32_t count);
+
 // The place of the first wildcard among the first `limit` elements, or
 // 65535.  Used by the string key rows.
 NXTM_API unsigned short FindWildcard(unsigned char codeSet, unsigned char language,
