@@ -196,21 +196,16 @@ int LoadStrings(const Args& input) {
 
 template <class X>
 bool ReadLegacy(const std::string& text, void* element, std::string& error) {
-  std::vector<uint32_t> points;
-  size_t where = 0;
-  if (!cli::DecodeUtf8(text, points, where)) {
-    error = "malformed UTF-8 at byte " + std::to_string(where + 1);
-    return false;
-  }
+  NxString unicode;
+  if (!cli::ReadUtf8(text, 0, unicode, error)) return false;
   const NxCodeSet* set = NxLanguageContext::QueryCodeSet(NxString::GetDefault8CodeSet());
   std::string bytes;
-  for (uint32_t cp : points) {
-    const unsigned short c =
-        cp != 0 && cp < 0x10000 ? set->FromUnicode(static_cast<unsigned short>(cp), 0) : 0;
+  const unsigned short* units = reinterpret_cast<const unsigned short*>(unicode.StrGet());
+  for (unsigned short i = 0; i < unicode.Len(); ++i) {
+    const unsigned short c = set->FromUnicode(units[i], 0);
     if (c == 0) {
-      std::string shown;
-      cli::AppendUtf8(shown, cp);
-      error = "'" + shown + "' has no byte in code set " + std::to_string(set->number);
+      error = "'" + cli::Utf8Of(units[i]) + "' has no byte in code set " +
+              std::to_string(set->number);
       return false;
     }
     bytes += static_cast<char>(c);
@@ -224,7 +219,7 @@ std::string ShowBytes(const char* data) {
   std::string out;
   for (const unsigned char* p = reinterpret_cast<const unsigned char*>(data);
        p != nullptr && *p != 0; ++p)
-    cli::AppendUtf8(out, set->ToUnicode(*p));
+    out += cli::Utf8Of(set->ToUnicode(*p));
   return out;
 }
 
