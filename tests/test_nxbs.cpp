@@ -138,8 +138,8 @@ TEST(Config, ParseAndQueryWithoutRegardToCase) {
   const char* text =
       "# a comment\n\n  stringOverflow =  DeBuG  \r\noldIndexUnicodeOrder=\n"
       "   # indented comment = no\nno equals sign here\n = value without key\n"
-      "path = a=b\nlast=end";
-  EXPECT_EQ(4, config.Parse(text));
+      "path = a=b\nlast=end\noff = 0";
+  EXPECT_EQ(5, config.Parse(text));
   EXPECT_STREQ("DeBuG", config.Value("stringOverflow"));
   EXPECT_STREQ("", config.Value("oldIndexUnicodeOrder"));
   EXPECT_STREQ("a=b", config.Value("path"));
@@ -149,7 +149,8 @@ TEST(Config, ParseAndQueryWithoutRegardToCase) {
   config.Set("path", nullptr);
   EXPECT_EQ(nullptr, config.Value("path"));
 
-  // Words match in any case, keys exactly; with no words a key set even to "" raises the flag.
+  // Words match in any case, keys exactly; with no words a key set to
+  // anything but "0", even to "", raises the flag.
   FixedConfig fixed;
   const char* debug[] = {"release", "debug", nullptr};
   const char* other[] = {"release", "debugger", nullptr};
@@ -159,7 +160,7 @@ TEST(Config, ParseAndQueryWithoutRegardToCase) {
       {&config, "stringOverflow", debug, 0, true}, {&config, "stringOverflow", other, 0, false},
       {&config, "oldIndexUnicodeOrder", nullptr, 0, true}, {&config, "missing", debug, 1, false},
       {&config, "stringoverflow", nullptr, 1, false}, {&fixed, "mode", fast, 0, true},
-      {&fixed, "speed", nullptr, 1, false}};
+      {&fixed, "speed", nullptr, 1, false}, {&config, "off", nullptr, 0, false}};
   // clang-format on
   int16_t flag = 0;
   for (const auto& q : queries) {

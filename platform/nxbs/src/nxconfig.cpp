@@ -42,8 +42,10 @@ int NxConfig::Query(const char* key, void* flag, const char** words) const {
   const char* value = Value(key);
   if (value == nullptr) return 1;
 
-  bool hit = words == nullptr;
-  for (const char** word = words; !hit && *word != nullptr; ++word) {
+  // Without words a key counts as set unless its value is "0", the way a
+  // switch is turned off in a configuration file.
+  bool hit = words == nullptr && std::strcmp(value, "0") != 0;
+  for (const char** word = words; word != nullptr && !hit && *word != nullptr; ++word) {
     hit = EqualIgnoringAsciiCase(value, *word);
   }
   if (hit && flag != nullptr) {

@@ -143,7 +143,8 @@ class NXBS_API NxConfig {
   virtual const char* Value(const char* key) const = 0;
   // Writes a non-zero value to the 16-bit `flag` when `key` holds one of the
   // null-ended `words` (compared without regard to ASCII case), or, with a
-  // null `words`, when `key` is set at all.  `flag` is left alone otherwise.
+  // null `words`, when `key` is set to anything but "0".  `flag` is left
+  // alone otherwise.
   // Returns 0 when the key is set, 1 when it is not.
   virtual int Query(const char* key, void* flag, const char** words) const;
 };
