@@ -600,6 +600,7 @@ constexpr NxTypeDesc BlobRow() {
   row.NullSizeGet = BlobNullSizeGet;
   row.SizeGet = BlobSizeGet;
   row.SizeGetFromMemFile = BlobSizeGetFromMemFile;
+  row.Compare = BlobCompare;
   row.ConvertTo = BlobConvertTo;
   row.ConvertFrom = BlobConvertFrom;
   row.Constructor = BlobConstructor;
