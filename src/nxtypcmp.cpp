@@ -191,8 +191,8 @@ int32_t DiskDateOrder(unsigned char form, const unsigned char* a, const unsigned
   return SignedBytesOrder(a + 2, b + 2, 2);
 }
 
-// Int64 and boolean elements: read directly in the forms 8 and 1, through
-// the row's disk function otherwise.
+// Int64 elements: read directly in the forms 8 and 1, through the row's
+// disk function otherwise.
 inline NxInt64 ReadInt64(const unsigned char* p, unsigned char form) {
   NxInt64 v(0);
   if (form == 8 || form == 1)
@@ -202,12 +202,11 @@ inline NxInt64 ReadInt64(const unsigned char* p, unsigned char form) {
   return v;
 }
 
-inline NxBoolean ReadBoolean(const unsigned char* p, unsigned char form) {
+// A boolean is one byte, the same in every form: the row's disk function
+// (CharStore) copies it unchanged, so it is read as it stands.
+inline NxBoolean ReadBoolean(const unsigned char* p) {
   NxBoolean v;
-  if (form == 8 || form == 1)
-    v.value = *p;
-  else
-    CharStore(&v.value, p, form, 1);
+  v.value = *p;
   return v;
 }
 
@@ -361,13 +360,12 @@ int32_t Int64Compare(unsigned char format, uint32_t length1, void* value1, uint3
 // Null orders first.  Other bytes go by NxBoolean's operators, so a byte of
 // 2 from disk is equal to true under operator== but above it under
 // operator>: 2 against 1 gives 1, and 1 against 2 gives 0.
-int32_t BooleanCompare(unsigned char format, uint32_t length1, void* value1, uint32_t length2,
+int32_t BooleanCompare(unsigned char, uint32_t length1, void* value1, uint32_t length2,
                        void* value2, unsigned short, uint32_t count, int& status) {
-  const unsigned char form = format & 0x0F;
   return Walk(1, length1, value1, length2, value2, count, status,
-              [form](const unsigned char* a, const unsigned char* b) {
-                const NxBoolean x = ReadBoolean(a, form);
-                const NxBoolean y = ReadBoolean(b, form);
+              [](const unsigned char* a, const unsigned char* b) {
+                const NxBoolean x = ReadBoolean(a);
+                const NxBoolean y = ReadBoolean(b);
                 if (x.IsNullValue() || y.IsNullValue())
                   return x.IsNullValue() == y.IsNullValue() ? 0 : (x.IsNullValue() ? -1 : 1);
                 return x < y ? -1 : (x > y ? 1 : 0);
