@@ -210,6 +210,12 @@ inline NxBoolean ReadBoolean(const unsigned char* p) {
   return v;
 }
 
+// A 32-bit word of a blob record: read directly in the forms 8 and 1 (native
+// on this least-significant-byte-first machine), by LongStore otherwise.
+inline int32_t BlobWord(const unsigned char* p, unsigned char form) {
+  return Read<int32_t, LongStore>(p, form);
+}
+
 // One operand of a blob key: the length words and bytes behind the total
 // word.  `available` counts the bytes at hand from `at`.  A record whose
 // total word is -1 holds no length words and reads as null blobs.
@@ -222,8 +228,7 @@ struct BlobKey {
   BlobKey(const void* value, uint32_t length, unsigned char form)
       : bytes(static_cast<const unsigned char*>(value)), at(4), available(0), nulls(false) {
     if (length != 0 && length < 4) return;  // not even the total word
-    int32_t total;
-    LongStore(&total, bytes, form, 1);
+    const int32_t total = BlobWord(bytes, form);
     nulls = total == -1;
     if (nulls) return;
     available = length != 0 ? length - 4u : static_cast<uint32_t>(total);
@@ -234,8 +239,7 @@ struct BlobKey {
 
   int32_t NextLength(unsigned char form) {
     if (nulls) return -1;
-    int32_t n;
-    LongStore(&n, bytes + at, form, 1);
+    const int32_t n = BlobWord(bytes + at, form);
     at += 4;
     available -= 4;
     return n;
