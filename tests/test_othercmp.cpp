@@ -350,6 +350,12 @@ TEST(OtherComparators, DateWildcardsStandInTheSecondDiskOperandOnly) {
   EXPECT_EQ(0, Compare(NxTYPE_NxDate, 8, &anyYear, &day, 1, 0, 0, 0x10).value);
   NxDate march(2000, 3, 1), january(2000, 1, 31);
   EXPECT_EQ(2, Compare(NxTYPE_NxDate, 8, &march, &january).value);
+  // 0x88 is memory form where the low four bits decide (NxDate), and a disk
+  // form read natively where the whole byte must be 8 (d_Date).
+  EXPECT_EQ(2, Compare(NxTYPE_NxDate, 0x88, &march, &january).value);
+  d_Date dMarch(march), dJanuary(january);
+  EXPECT_EQ(30, Compare(NxTYPE_d_Date, 8, &dMarch, &dJanuary).value);
+  EXPECT_EQ(1, Compare(NxTYPE_d_Date, 0x88, &dMarch, &dJanuary).value);
   // The null date orders before ordinary dates in both forms.
   NxDate null(2000, 1, 1);
   null.SetNullValue();
