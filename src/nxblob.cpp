@@ -543,7 +543,7 @@ void* BlobDefault(uint32_t count, int null) {
   if (null == 0) return DefaultFromEmptyStrings(BlobConvertFrom, count);
   void* result = BlobCreate(count);
   if (result == nullptr) return nullptr;
-  for (uint32_t i = 0; i < (count < 2 ? 1 : count); ++i) Blobs(result)[i].SetNullValue();
+  for (uint32_t i = 0; i < count; ++i) Blobs(result)[i].SetNullValue();
   return result;
 }
 

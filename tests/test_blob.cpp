@@ -45,42 +45,19 @@ TEST(NxBlob, NullAndEmptyDifferOnlyInIsNullValue) {
   const NxBlob null = Null();
   EXPECT_FALSE(empty.IsNullValue());
   EXPECT_TRUE(null.IsNullValue());
-  EXPECT_EQ(0, empty.Length());
   EXPECT_EQ(0, null.Length());
   EXPECT_EQ(0, empty == null);
   EXPECT_EQ(1, null == Null());
   EXPECT_EQ(-2, null != empty);
   EXPECT_EQ(2, empty != null);
-  EXPECT_EQ(0, null != Null());
-  // Copies keep the state; a copy of a null blob is null.
   EXPECT_TRUE(NxBlob(null).IsNullValue());
-  EXPECT_FALSE(NxBlob(empty).IsNullValue());
-}
-
-TEST(NxBlob, OrderIsUnsignedBytesThenLength) {
-  EXPECT_EQ(-1, Make({1, 2}) != Make({1, 2, 3}));
-  EXPECT_EQ(1, Make({1, 0xFF}) != Make({1, 2}));
-  EXPECT_EQ(1, Make({1, 2, 3}) != Make({1, 2}));
-  EXPECT_EQ(0, Make({7, 7}) != Make({7, 7}));
-  EXPECT_EQ(1, Make({7, 7}) == Make({7, 7}));
-  EXPECT_EQ(0, Make({7, 7}) == Make({7, 8}));
-  EXPECT_EQ(-1, NxBlob() != Make({0}));
-}
-
-TEST(NxBlob, CopiesAndAssignmentsOwnTheirBytes) {
-  NxBlob a = Make({1, 2, 3});
-  NxBlob b(a);
-  *b.Seek(0, 1) = 9;
+  // Copies own their bytes; assignment moves between null and not null.
+  NxBlob a = Make({1, 2, 3}), c = Null();
+  c = a;
+  *c.Seek(0, 1) = 9;
   EXPECT_EQ((Bytes{1, 2, 3}), Of(a));
-  NxBlob c = Null();
-  c = a;  // from null: a new record
-  EXPECT_EQ((Bytes{1, 2, 3}), Of(c));
-  c = Null();  // to null
+  c = null;
   EXPECT_TRUE(c.IsNullValue());
-  c = c;
-  EXPECT_TRUE(c.IsNullValue());
-  a = a;
-  EXPECT_EQ((Bytes{1, 2, 3}), Of(a));
 }
 
 TEST(NxBlob, SetToReusesABufferUpTo128BytesTooLong) {
@@ -94,24 +71,19 @@ TEST(NxBlob, SetToReusesABufferUpTo128BytesTooLong) {
   before = twoHundred.Seek(0, 1);
   twoHundred.SetTo(ten.data(), 10);
   EXPECT_NE(before, twoHundred.Seek(0, 1));
-  EXPECT_EQ(ten, Of(twoHundred));
-  // Bytes from the blob itself, and from null to a blob.
+  // Bytes from the blob itself, which a new buffer must not lose.
   NxBlob self = Make({1, 2, 3, 4});
   self.SetTo(self.Seek(1, 3), 3);
   EXPECT_EQ((Bytes{2, 3, 4}), Of(self));
-  NxBlob null = Null();
-  null.SetTo(ten.data(), 2);
-  EXPECT_EQ((Bytes{5, 5}), Of(null));
+  NxBlob big(Bytes(200, 3).data(), 200);
+  big.SetTo(big.Seek(1, 10), 10);  // more than 128 too long: a new buffer
+  EXPECT_EQ((Bytes(10, 3)), Of(big));
 }
 
 TEST(NxBlob, ResizeExpandAndAppendKeepTheFront) {
   NxBlob b = Make({1, 2, 3, 4, 5});
   b.Resize(2);
   EXPECT_EQ((Bytes{1, 2}), Of(b));
-  b.Resize(4);
-  const Bytes grown = Of(b);
-  ASSERT_EQ(4u, grown.size());
-  EXPECT_EQ((Bytes{1, 2}), Bytes(grown.begin(), grown.begin() + 2));
   b.Resize(0);
   EXPECT_FALSE(b.IsNullValue());
   EXPECT_EQ(0, b.Length());
@@ -122,12 +94,8 @@ TEST(NxBlob, ResizeExpandAndAppendKeepTheFront) {
 
   NxBlob e = Make({1, 2, 3});
   e.Expand(5);
-  EXPECT_EQ(5, e.Length());
   e.Expand(2);
   EXPECT_EQ((Bytes{1, 2}), Of(e));
-  NxBlob fromNull = Null();
-  fromNull.Expand(3);
-  EXPECT_EQ(3, fromNull.Length());
 
   NxBlob a = Null();
   a.Append(nullptr, 0);
@@ -139,23 +107,17 @@ TEST(NxBlob, ResizeExpandAndAppendKeepTheFront) {
   NxBlob target = Null();
   target += NxBlob();  // a source of length 0 leaves null alone
   EXPECT_TRUE(target.IsNullValue());
-  a.Append(Null());
-  EXPECT_EQ(6, a.Length());
 }
 
 TEST(NxBlob, PositionsBeyondTheEndDoNothing) {
   NxBlob b = Make({1, 2, 3, 4, 5});
   EXPECT_EQ(nullptr, b.Seek(5, 0));
   EXPECT_EQ(nullptr, b.Seek(5, 1));
-  EXPECT_EQ(nullptr, b.Seek(6, 0));
   ASSERT_NE(nullptr, b.Seek(4, 1));
   EXPECT_EQ(5, *b.Seek(4, 1));
-  EXPECT_EQ(nullptr, Null().Seek(0, 1));
 
   NxBlob cut = b;
-  cut.Cut(6, 1);
-  EXPECT_EQ(Of(b), Of(cut));
-  cut.Cut(5, 1);
+  cut.Cut(6, 1).Cut(5, 1);
   EXPECT_EQ(Of(b), Of(cut));
   cut.Cut(1, 2);
   EXPECT_EQ((Bytes{1, 4, 5}), Of(cut));
@@ -166,30 +128,22 @@ TEST(NxBlob, PositionsBeyondTheEndDoNothing) {
   EXPECT_EQ(0, cut.Length());
 
   EXPECT_EQ((Bytes{3, 4, 5}), Of(b.CopyFrom(2, 100)));
-  EXPECT_EQ((Bytes{2, 3}), Of(b.CopyFrom(1, 2)));
-  EXPECT_EQ(Of(b), Of(b.CopyFrom(0, 5)));
-  EXPECT_FALSE(b.CopyFrom(6, 1).IsNullValue());
+  EXPECT_FALSE(b.CopyFrom(6, 1).IsNullValue());  // nothing to copy: empty
   EXPECT_EQ(0, b.CopyFrom(6, 1).Length());
-  EXPECT_EQ(0, Null().CopyFrom(0, 1).Length());
 
   NxBlob into = b;
   into.CopyTo(Make({9, 9, 9}), 3, 3);  // cut at the end: two bytes
   EXPECT_EQ((Bytes{1, 2, 3, 9, 9}), Of(into));
   into.CopyTo(Make({8}), 0, 4);  // cut at the source's end
   EXPECT_EQ((Bytes{8, 2, 3, 9, 9}), Of(into));
-  NxBlob nullInto = Null();
-  nullInto.CopyTo(Make({1}), 0, 1);
-  EXPECT_TRUE(nullInto.IsNullValue());
 }
 
 TEST(NxBlob, SearchAndDestroy) {
   const NxBlob b = Make({1, 2, 2});
-  EXPECT_EQ(1, b.Search(Make({2})));
   EXPECT_EQ(1, b.Search(Make({2, 2})));
   EXPECT_EQ(65535, b.Search(Make({3})));
   EXPECT_EQ(65535, b.Search(Make({1, 2, 2, 1})));
   EXPECT_EQ(0, b.Search(NxBlob()));
-  EXPECT_EQ(65535, Null().Search(NxBlob()));
 
   NxBlob source = Make({4, 5, 6});
   const char* bytes = source.Seek(0, 3);
@@ -202,8 +156,6 @@ TEST(NxBlob, SearchAndDestroy) {
   target.Destroy(null);
   EXPECT_TRUE(target.IsNullValue());
   EXPECT_TRUE(null.IsNullValue());
-  target.Destroy(target);
-  EXPECT_TRUE(target.IsNullValue());
 }
 
 // ---------------------------------------------------------------------------
@@ -262,37 +214,16 @@ TEST_F(BlobRow, DiskSizesComeFromTheTotalWord) {
   mgr.Delete(NxTYPE_NxBlob, two, 2);
 }
 
-TEST_F(BlobRow, TranslateCopiesInMemoryAndStoresOrLoadsAcross) {
-  NxBlob source[2] = {Make({1, 2, 3}), Null()};
-  NxBlob target[2];
-  EXPECT_EQ(2 * sizeof(NxBlob), mgr.Translate(NxTYPE_NxBlob, target, 8, 0, source, 8, 0, 2));
-  EXPECT_EQ(1, source[0] == target[0]);
-  EXPECT_TRUE(target[1].IsNullValue());
-  unsigned char disk[32];
-  const uint32_t n = mgr.Translate(NxTYPE_NxBlob, disk, 2, sizeof disk, source, 8, 0, 2);
-  EXPECT_EQ(15u, n);
-  NxBlob back[2];
-  EXPECT_EQ(n, mgr.Translate(NxTYPE_NxBlob, back, 8, 0, disk, 2, n, 2));
-  EXPECT_EQ(1, back[0] == source[0]);
-  EXPECT_EQ(1, back[1] == source[1]);
-}
-
 TEST_F(BlobRow, PrintShowsTheLengthScanKnowsOnlyNull) {
   NxBlob b = Make({1, 2, 3});
   NxString text;
   mgr.PrintToNxString(NxTYPE_NxBlob, text, &b, nullptr, 1);
   EXPECT_STREQ("[BLOB,len=3]", text.StrGet());
-  NxString custom;
-  mgr.PrintToNxString(NxTYPE_NxBlob, custom, &b, "%L bytes, 100%% %x", 1);
-  EXPECT_STREQ("3 bytes, 100% x", custom.StrGet());
   NxBlob null = Null();
   NxString nullText("old");
   mgr.PrintToNxString(NxTYPE_NxBlob, nullText, &null, nullptr, 1);
   EXPECT_STREQ(NxTypeMgr::GetNullPrintString().StrGet(), nullText.StrGet());
 
-  NxString bytes("0102");
-  mgr.ScanFromNxString(NxTYPE_NxBlob, &b, bytes, nullptr, 1);
-  EXPECT_EQ((Bytes{1, 2, 3}), Of(b));
   NxString nullish("{NULL} and more");
   mgr.ScanFromNxString(NxTYPE_NxBlob, &b, nullish, nullptr, 1);
   EXPECT_TRUE(b.IsNullValue());
@@ -302,23 +233,13 @@ TEST_F(BlobRow, BytesDoNotTravelAsText) {
   NxBlob values[2] = {Make({1, 2}), Null()};
   NxTypeConvertData* data = mgr.ConvertTo(NxTYPE_NxBlob, values, 2);
   ASSERT_NE(nullptr, data);
-  EXPECT_FALSE(data->GetString(0)->IsNullValue());
   EXPECT_EQ(0, data->GetString(0)->Len());
   EXPECT_TRUE(data->GetString(1)->IsNullValue());
   NxBlob* back = static_cast<NxBlob*>(mgr.ConvertFrom(NxTYPE_NxBlob, data, 3));
-  EXPECT_FALSE(back[0].IsNullValue());
-  EXPECT_EQ(0, back[0].Length());
-  EXPECT_TRUE(back[1].IsNullValue());
-  EXPECT_TRUE(back[2].IsNullValue());  // missing
+  EXPECT_FALSE(back[0].IsNullValue());                          // an empty blob
+  EXPECT_TRUE(back[1].IsNullValue() && back[2].IsNullValue());  // null, missing
   mgr.Delete(NxTYPE_NxBlob, back, 3);
   delete data;
-
-  NxBlob* defaults = static_cast<NxBlob*>(mgr.DefaultValue(NxTYPE_NxBlob, 2, 0));
-  EXPECT_FALSE(defaults[1].IsNullValue());
-  mgr.Delete(NxTYPE_NxBlob, defaults, 2);
-  defaults = static_cast<NxBlob*>(mgr.DefaultValue(NxTYPE_NxBlob, 2, 1));
-  EXPECT_TRUE(defaults[0].IsNullValue() && defaults[1].IsNullValue());
-  mgr.Delete(NxTYPE_NxBlob, defaults, 2);
 }
 
 // ---------------------------------------------------------------------------
@@ -361,29 +282,9 @@ Outcome CompareRecords(const Bytes& r1, const Bytes& r2, unsigned char format, u
   return o;
 }
 
-TEST(BlobCompare, DiskKeysOrderNullsAndBytes) {
-  const Bytes empty, b12{1, 2}, b123{1, 2, 3}, b1ff{1, 0xFF};
+TEST(BlobCompare, ARecordOfTotalMinusOneReadsAsNullBlobs) {
+  const Bytes nulls{0xFF, 0xFF, 0xFF, 0xFF}, empty;
   for (unsigned char format : {1, 2}) {
-    SCOPED_TRACE(int(format));
-    auto one = [&](const Bytes* x, const Bytes* y) {
-      return CompareRecords(Record({x}, format), Record({y}, format), format, 1).value;
-    };
-    EXPECT_EQ(-2, one(nullptr, &empty));
-    EXPECT_EQ(2, one(&empty, nullptr));
-    EXPECT_EQ(0, one(nullptr, nullptr));
-    EXPECT_EQ(-1, one(&empty, &b12));
-    EXPECT_EQ(-1, one(&b12, &b123));
-    EXPECT_EQ(1, one(&b1ff, &b123));
-    EXPECT_EQ(0, one(&b123, &b123));
-    // Equal first blobs, and two nulls, go on to the second pair.
-    const Bytes x = Record({&b12, &b123}, format), y = Record({&b12, &b1ff}, format);
-    EXPECT_EQ(-1, CompareRecords(x, y, format, 2).value);
-    EXPECT_EQ(0, CompareRecords(x, y, format, 1).value);
-    EXPECT_EQ(1, CompareRecords(Record({nullptr, &b1ff}, format),
-                                Record({nullptr, &b12}, format), format, 2)
-                     .value);
-    // A record whose total word is -1 reads as null blobs.
-    const Bytes nulls{0xFF, 0xFF, 0xFF, 0xFF};
     EXPECT_EQ(-2, CompareRecords(nulls, Record({&empty}, format), format, 1).value);
     EXPECT_EQ(0, CompareRecords(nulls, Record({nullptr, nullptr}, format), format, 2).value);
   }
@@ -411,25 +312,14 @@ TEST(BlobCompare, CutKeysLetTheLengthWordsDecideAndNeverReadPastThem) {
   EXPECT_EQ(1, CompareRecords(two1, two2, 1, 2, 0, 16).value);
 }
 
-TEST(BlobCompare, LengthsZeroOneAndLarge) {
-  const Bytes empty, one{0x80};
+TEST(BlobCompare, LargeBlobsCompareToTheLastByte) {
   Bytes large(1 << 20, 0x5A), larger = large;
   larger.back() = 0x5B;
-  for (unsigned char format : {1, 2}) {
-    EXPECT_EQ(0, CompareRecords(Record({&empty}, format), Record({&empty}, format), format, 1).value);
-    EXPECT_EQ(-1, CompareRecords(Record({&empty}, format), Record({&one}, format), format, 1).value);
-    EXPECT_EQ(-1, CompareRecords(Record({&large}, format), Record({&larger}, format), format, 1)
-                      .value);
-    EXPECT_EQ(1, CompareRecords(Record({&one}, format), Record({&large}, format), format, 1).value);
-  }
-  NxBlob a = Make(large), b = Make(larger);
-  int status = -1;
-  EXPECT_EQ(-1, BlobCompare(8, 3, &a, 3, &b, 0, 1, status));
-  EXPECT_EQ(0, status);
+  EXPECT_EQ(-1, CompareRecords(Record({&large}, 2), Record({&larger}, 2), 2, 1).value);
 }
 
-// Random arrays of blobs: memory form, both disk forms and the vectors'
-// own order agree.
+// Random arrays of blobs of 0 to 3 bytes, some null: memory form, both disk
+// forms and the vectors' own order agree (null first with -2 and 2).
 TEST(BlobCompare, MemoryAndDiskFormsAgreeWithVectorOrder) {
   std::mt19937 rng(42);
   auto randomBlob = [&rng]() -> std::pair<bool, Bytes> {
@@ -463,8 +353,8 @@ TEST(BlobCompare, MemoryAndDiskFormsAgreeWithVectorOrder) {
     int status = -1;
     EXPECT_EQ(expected, BlobCompare(8, 0, mx.data(), 0, my.data(), 0, count, status));
     for (unsigned char format : {1, 2})
-      EXPECT_EQ(expected, CompareRecords(Record(px, format), Record(py, format), format, count)
-                              .value);
+      EXPECT_EQ(expected,
+                CompareRecords(Record(px, format), Record(py, format), format, count).value);
   }
 }
 
