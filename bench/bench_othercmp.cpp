@@ -140,8 +140,8 @@ void BM_DiskCompare(benchmark::State& state) {
   const uint32_t length2 = static_cast<uint32_t>(keys.diskB_.size());
   for (auto _ : state) {
     int status = 0;
-    benchmark::DoNotOptimize(compare(format, length1, keys.diskA_.data(), length2,
-                                     keys.diskB_.data(), 0, 1, status));
+    benchmark::DoNotOptimize(
+        compare(format, length1, keys.diskA_.data(), length2, keys.diskB_.data(), 0, 1, status));
     benchmark::ClobberMemory();
   }
   state.SetLabel(row.name);

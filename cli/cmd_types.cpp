@@ -116,8 +116,8 @@ int RunLoad(const Args& input) {
                          " are not a whole " + args[0] + " record");
       if (text->diskCount != nullptr) {  // one record holds the whole array
         if (at != 0)
-          return cli::Fail("load: " + args[0] + " values stand in one record; the bytes from offset " +
-                           std::to_string(at) + " begin another");
+          return cli::Fail("load: " + args[0] + " values stand in one record; the bytes from " +
+                           "offset " + std::to_string(at) + " begin another");
         count = text->diskCount(disk.data(), length, format);
         if (count == 0)
           return cli::Fail("load: the " + args[0] + " record does not hold whole values");

@@ -67,8 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   int status = 12345;
   if (row->IsFixed) {
     // Whole elements: k of `count` stated, or 0 for all of them.
-    const uint32_t width =
-        (format & 0x0F) == 8 ? row->MemLen : row->SizeGet(nullptr, 8, format, 1);
+    const uint32_t width = (format & 0x0F) == 8 ? row->MemLen : row->SizeGet(nullptr, 8, format, 1);
     if (width == 0) return 0;
     const uint32_t k1 = data[3] % (count + 1);
     const uint32_t k2 = data[4] % (count + 1);
@@ -81,8 +80,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         Operand(rest, split, length1 && !whole ? length1 : count * width);
     std::vector<unsigned char> b =
         Operand(rest + split, restSize - split, length2 && !whole ? length2 : count * width);
-    const int32_t r = row->Compare(format, length1, a.data(), length2, b.data(), cmpOp, count,
-                                   status);
+    const int32_t r =
+        row->Compare(format, length1, a.data(), length2, b.data(), cmpOp, count, status);
     if (status != 0 && status != NxSTATUS_PARTIAL) __builtin_trap();
     // 0 and the full length both state a whole operand.
     if ((length1 == 0 || length1 == count * width) && (length2 == 0 || length2 == count * width)) {

@@ -138,7 +138,8 @@ int NxBlob::operator!=(const NxBlob& other) const {
   const int32_t n2 = NotNegative(other.blobData->length);
   const int32_t common = n1 < n2 ? n1 : n2;
   if (common > 0) {
-    const int order = std::memcmp(blobData->data, other.blobData->data, static_cast<size_t>(common));
+    const int order =
+        std::memcmp(blobData->data, other.blobData->data, static_cast<size_t>(common));
     if (order != 0) return order < 0 ? -1 : 1;
   }
   return n1 < n2 ? -1 : (n1 > n2 ? 1 : 0);
@@ -493,9 +494,9 @@ uint32_t BlobSizeGetFromMemFile(MemFile* file, unsigned char format, uint32_t) {
   return RecordSize(GetWord(at, static_cast<unsigned char>(format & 0x0F)));
 }
 
-uint32_t BlobTranslate(void* destination, unsigned char destinationFormat,
-                       uint32_t destinationSize, void* source, unsigned char sourceFormat,
-                       uint32_t sourceSize, uint32_t count) {
+uint32_t BlobTranslate(void* destination, unsigned char destinationFormat, uint32_t destinationSize,
+                       void* source, unsigned char sourceFormat, uint32_t sourceSize,
+                       uint32_t count) {
   destinationFormat &= 0x0F;
   const bool destinationInMemory = (destinationFormat & 8) != 0;
   const bool sourceInMemory = (sourceFormat & 8) != 0;

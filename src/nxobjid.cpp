@@ -779,7 +779,7 @@ using RefRow = Row<RefTraits>;
   uint32_t Class::SizeGetFromMemFile(MemFile* file, unsigned char format, uint32_t count) {       \
     return RowType::SizeGetFromMemFile(file, format, count);                                      \
   }                                                                                               \
-  int32_t Class::Compare(unsigned char format, uint32_t length1, void* value1, uint32_t length2,    \
+  int32_t Class::Compare(unsigned char format, uint32_t length1, void* value1, uint32_t length2,  \
                          void* value2, unsigned short cmpOp, uint32_t count, int& status) {       \
     return RowType::Compare(format, length1, value1, length2, value2, cmpOp, count, status);      \
   }                                                                                               \

@@ -281,10 +281,9 @@ int32_t TimeCompare(unsigned char format, uint32_t length1, void* value1, uint32
                 [](const unsigned char* a, const unsigned char* b) {
                   return static_cast<int32_t>(As<NxTime>(a) != As<NxTime>(b));
                 });
-  return Walk(3, length1, value1, length2, value2, count, status,
-              [](const unsigned char* a, const unsigned char* b) {
-                return SignedBytesOrder(a, b, 3);
-              });
+  return Walk(
+      3, length1, value1, length2, value2, count, status,
+      [](const unsigned char* a, const unsigned char* b) { return SignedBytesOrder(a, b, 3); });
 }
 
 // On disk the date has no wildcard: year, then month, day, hour, minute and
@@ -329,10 +328,9 @@ int32_t d_TimeCompare(unsigned char format, uint32_t length1, void* value1, uint
                 [](const unsigned char* a, const unsigned char* b) {
                   return static_cast<int32_t>(As<d_Time>(a) != As<d_Time>(b));
                 });
-  return Walk(6, length1, value1, length2, value2, count, status,
-              [](const unsigned char* a, const unsigned char* b) {
-                return SignedBytesOrder(a, b, 6);
-              });
+  return Walk(
+      6, length1, value1, length2, value2, count, status,
+      [](const unsigned char* a, const unsigned char* b) { return SignedBytesOrder(a, b, 6); });
 }
 
 int32_t d_TimestampCompare(unsigned char format, uint32_t length1, void* value1, uint32_t length2,
@@ -357,7 +355,7 @@ int32_t Int64Compare(unsigned char format, uint32_t length1, void* value1, uint3
               [form](const unsigned char* a, const unsigned char* b) {
                 const NxInt64 x = ReadInt64(a, form);
                 const NxInt64 y = ReadInt64(b, form);
-                return Sign(x < y, x > y);
+                return Sign(x<y, x> y);
               });
 }
 
@@ -411,9 +409,9 @@ int32_t BlobCompare(unsigned char format, uint32_t length1, void* value1, uint32
       uint64_t m = n1 < n2 ? n1 : n2;
       if (m > key1.available) m = key1.available;
       if (m > key2.available) m = key2.available;
-      const int order = m == 0 ? 0
-                               : std::memcmp(key1.bytes + key1.at, key2.bytes + key2.at,
-                                             static_cast<size_t>(m));
+      const int order =
+          m == 0 ? 0
+                 : std::memcmp(key1.bytes + key1.at, key2.bytes + key2.at, static_cast<size_t>(m));
       result = order != 0 ? (order < 0 ? -1 : 1) : lengths;
     }
     if (i + 1 < count) {
