@@ -807,22 +807,21 @@ uint32_t IntervalMove(void* to, const void* from, unsigned char format, uint32_t
 
 namespace nxrows {
 
-NxTypeDesc dateRow = TemporalRow("NxDate", 4, "%a %e.%b %Y",
-                                 DateSlots::WithNull(nxdates::DatePrint, nxdates::DateScan),
-                                 DateCompare);
-NxTypeDesc timeRow = TemporalRow("NxTime", 3, "%I:%M:%S %p",
-                                 TimeSlots::WithNull(nxdates::TimePrint, nxdates::TimeScan),
-                                 TimeCompare);
+NxTypeDesc dateRow =
+    TemporalRow("NxDate", 4, "%a %e.%b %Y",
+                DateSlots::WithNull(nxdates::DatePrint, nxdates::DateScan), DateCompare);
+NxTypeDesc timeRow =
+    TemporalRow("NxTime", 3, "%I:%M:%S %p",
+                TimeSlots::WithNull(nxdates::TimePrint, nxdates::TimeScan), TimeCompare);
 NxTypeDesc dateTimeRow =
     TemporalRow("NxDateTime", 8, "%a %e.%b %Y %I:%M:%S %p",
-                DateTimeSlots::WithNull(nxdates::EnginePrint, nxdates::EngineScan),
-                DaTimeCompare);
-NxTypeDesc dDateRow = TemporalRow("d_Date", 4, "%a %b %e",
-                                  DDateSlots::WithoutNull(nxdates::DDatePrint, nxdates::DDateScan),
-                                  d_DateCompare);
-NxTypeDesc dTimeRow = TemporalRow("d_Time", 6, "%I:%M:%S %p",
-                                  DTimeSlots::WithoutNull(nxdates::DTimePrint, nxdates::DTimeScan),
-                                  d_TimeCompare);
+                DateTimeSlots::WithNull(nxdates::EnginePrint, nxdates::EngineScan), DaTimeCompare);
+NxTypeDesc dDateRow =
+    TemporalRow("d_Date", 4, "%a %b %e",
+                DDateSlots::WithoutNull(nxdates::DDatePrint, nxdates::DDateScan), d_DateCompare);
+NxTypeDesc dTimeRow =
+    TemporalRow("d_Time", 6, "%I:%M:%S %p",
+                DTimeSlots::WithoutNull(nxdates::DTimePrint, nxdates::DTimeScan), d_TimeCompare);
 NxTypeDesc dTimestampRow =
     TemporalRow("d_Timestamp", 10, "%a %b %e %I:%M:%S %p",
                 DTimestampSlots::WithoutNull(nxdates::DTimestampPrint, nxdates::DTimestampScan),
