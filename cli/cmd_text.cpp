@@ -10,6 +10,7 @@
 
 #include "cli.h"
 #include "utf8.h"
+#include "values.h"
 
 namespace {
 
@@ -128,6 +129,8 @@ const char* Level(const Text& a, const Text& b, const Settings& s) {
 }
 
 int RunCompare(const Args& given) {
+  if (std::find(given.begin(), given.end(), "--type") != given.end())
+    return cli::RunTypedCompare(given);
   Args args = given;
   Settings s;
   if (int status = TakeSettings(args, s, false)) return status;
@@ -184,8 +187,11 @@ int RunMatch(const Args& given) {
 const cli::Registrar compareCommand({"compare",
                                      "compare A B [--codeset N] [--language N] [--ignore-case] "
                                      "[--ignore-accents] [--ignore-spaces] [--ignore-symbols] "
-                                     "[--exact] [--wildcards]",
-                                     "compare two texts at collation strength", RunCompare, 40});
+                                     "[--exact] [--wildcards]; compare --type TYPE A B "
+                                     "[--format 1|2|8] [--count N] [--length1 N] [--length2 N]",
+                                     "compare two texts at collation strength, or two values "
+                                     "of any type through its comparator",
+                                     RunCompare, 40});
 const cli::Registrar sortCommand({"sort", "sort [options of compare]",
                                   "sort the lines of stdin (UTF-8) by collation", RunSort, 41});
 const cli::Registrar matchCommand({"match", "match PATTERN [options of compare]",

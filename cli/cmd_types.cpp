@@ -116,6 +116,15 @@ int RunLoad(const Args& input) {
       if (length == 0)
         return cli::Fail("load: the bytes from offset " + std::to_string(at) +
                          " are not a whole " + args[0] + " record");
+      if (text->diskCount != nullptr) {  // one record holds the whole array
+        if (at != 0)
+          return cli::Fail("load: " + args[0] + " values stand in one record; the bytes from " +
+                           "offset " + std::to_string(at) + " begin another");
+        count = text->diskCount(disk.data(), length, format);
+        if (count == 0)
+          return cli::Fail("load: the " + args[0] + " record does not hold whole values");
+        --count;  // the loop adds the last one
+      }
       at += length;
     }
   }

@@ -25,6 +25,10 @@ struct ValueText {
   // starts at `bytes`, or 0 when the `available` bytes do not hold a whole
   // one.  Null for fixed-length rows.
   size_t (*diskLength)(const unsigned char* bytes, size_t available, unsigned char format);
+  // For rows that store a whole array as one record (NxBlob): the elements
+  // in the record of `length` bytes at `bytes`, 0 when they don't fill it.
+  // Null for rows of one record per element.
+  uint32_t (*diskCount)(const unsigned char* bytes, size_t length, unsigned char format) = nullptr;
 };
 
 // Registers the text of a type id; used through a static registrar in the
@@ -99,6 +103,10 @@ std::string Hex(const unsigned char* bytes, size_t count);
 
 // A format argument: 1 or 2, and 8 when `allowMemory`.
 bool ParseFormat(const std::string& text, bool allowMemory, unsigned char& format);
+
+// nxtm compare --type: two values of any row through its comparator
+// (cmd_compare.cpp); the text form of compare hands over to it.
+int RunTypedCompare(const Args& args);
 
 }  // namespace cli
 

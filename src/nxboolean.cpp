@@ -184,6 +184,7 @@ constexpr NxTypeDesc BooleanRow() {
   row.NullSizeGet = BooleanNullSizeGet;
   row.SizeGet = BooleanSizeGet;
   row.SizeGetFromMemFile = BooleanSizeGetFromMemFile;
+  row.Compare = BooleanCompare;
   row.ConvertTo = BooleanConvertTo;
   row.ConvertFrom = BooleanConvertFrom;
   row.Constructor = BooleanConstructor;

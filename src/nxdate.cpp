@@ -773,8 +773,9 @@ using DTimestampSlots = Temporal<d_Timestamp, 10, MoveDTimestampElement, DTimest
                                  DTimestampMissing, DTimestampValue>;
 
 constexpr NxTypeDesc TemporalRow(const char* name, unsigned short memLen, const char* format,
-                                 const TemporalSet& set) {
+                                 const TemporalSet& set, NxTypeCmpFunc compare) {
   NxTypeDesc row = nxrows::IllegalLike(name, memLen, 1, format);
+  row.Compare = compare;
   row.Create = set.create;
   row.Delete = set.del;
   row.Store = set.store;
@@ -806,20 +807,25 @@ uint32_t IntervalMove(void* to, const void* from, unsigned char format, uint32_t
 
 namespace nxrows {
 
-NxTypeDesc dateRow = TemporalRow("NxDate", 4, "%a %e.%b %Y",
-                                 DateSlots::WithNull(nxdates::DatePrint, nxdates::DateScan));
-NxTypeDesc timeRow = TemporalRow("NxTime", 3, "%I:%M:%S %p",
-                                 TimeSlots::WithNull(nxdates::TimePrint, nxdates::TimeScan));
+NxTypeDesc dateRow =
+    TemporalRow("NxDate", 4, "%a %e.%b %Y",
+                DateSlots::WithNull(nxdates::DatePrint, nxdates::DateScan), DateCompare);
+NxTypeDesc timeRow =
+    TemporalRow("NxTime", 3, "%I:%M:%S %p",
+                TimeSlots::WithNull(nxdates::TimePrint, nxdates::TimeScan), TimeCompare);
 NxTypeDesc dateTimeRow =
     TemporalRow("NxDateTime", 8, "%a %e.%b %Y %I:%M:%S %p",
-                DateTimeSlots::WithNull(nxdates::EnginePrint, nxdates::EngineScan));
-NxTypeDesc dDateRow = TemporalRow("d_Date", 4, "%a %b %e",
-                                  DDateSlots::WithoutNull(nxdates::DDatePrint, nxdates::DDateScan));
-NxTypeDesc dTimeRow = TemporalRow("d_Time", 6, "%I:%M:%S %p",
-                                  DTimeSlots::WithoutNull(nxdates::DTimePrint, nxdates::DTimeScan));
+                DateTimeSlots::WithNull(nxdates::EnginePrint, nxdates::EngineScan), DaTimeCompare);
+NxTypeDesc dDateRow =
+    TemporalRow("d_Date", 4, "%a %b %e",
+                DDateSlots::WithoutNull(nxdates::DDatePrint, nxdates::DDateScan), d_DateCompare);
+NxTypeDesc dTimeRow =
+    TemporalRow("d_Time", 6, "%I:%M:%S %p",
+                DTimeSlots::WithoutNull(nxdates::DTimePrint, nxdates::DTimeScan), d_TimeCompare);
 NxTypeDesc dTimestampRow =
     TemporalRow("d_Timestamp", 10, "%a %b %e %I:%M:%S %p",
-                DTimestampSlots::WithoutNull(nxdates::DTimestampPrint, nxdates::DTimestampScan));
+                DTimestampSlots::WithoutNull(nxdates::DTimestampPrint, nxdates::DTimestampScan),
+                d_TimestampCompare);
 
 // The slots of d_Interval that are its own (the float row lends the rest).
 void* IntervalCreate(uint32_t count) {

@@ -282,6 +282,7 @@ constexpr NxTypeDesc Int64Row() {
   row.NullSizeGet = Int64NullSizeGet;
   row.SizeGet = Int64SizeGet;
   row.SizeGetFromMemFile = Int64SizeGetFromMemFile;
+  row.Compare = Int64Compare;
   row.ConvertTo = Int64ConvertTo;
   row.ConvertFrom = Int64ConvertFrom;
   row.Constructor = Int64Constructor;

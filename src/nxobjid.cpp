@@ -6,6 +6,7 @@
 #include <new>
 #include <type_traits>
 
+#include "nxcmpwalk.h"
 #include "nxrows.h"
 
 static_assert(sizeof(NxObjId) == 12 && alignof(NxObjId) <= 4, "NxObjId row steps by 12");
@@ -445,6 +446,12 @@ struct ObjIdTraits {
   static constexpr uint32_t kDiskLength = 10;
   static constexpr bool kCountedArrays = true;
   static constexpr const char* kFormat = kObjIdFormat;
+  // The key order on disk: high, then low, most significant byte first for
+  // a key stored least significant byte first; block takes no part.
+  static constexpr unsigned char kKeyBytes[] = {9, 8, 7, 6, 5, 4};
+  static int32_t KeyNulls(const unsigned char*, const unsigned char*, int32_t order) {
+    return order;
+  }
   static void StoreOne(unsigned char* disk, const NxObjId& v, unsigned char order) {
     StoreObjId(disk, v, order);
   }
@@ -464,6 +471,17 @@ struct ClassIdTraits {
   static constexpr uint32_t kDiskLength = 4;
   static constexpr bool kCountedArrays = false;
   static constexpr const char* kFormat = kClassIdFormat;
+  // classNumber, then version.  The null class id (all bytes 0xFF) orders
+  // first, although its fields are the greatest.
+  static constexpr unsigned char kKeyBytes[] = {1, 0, 3, 2};
+  static int32_t KeyNulls(const unsigned char* a, const unsigned char* b, int32_t order) {
+    if (order == 0) return 0;
+    if (AllOnes(a)) return -1;
+    return AllOnes(b) ? 1 : order;
+  }
+  static bool AllOnes(const unsigned char* key) {
+    return (key[0] & key[1] & key[2] & key[3]) == 0xFF;
+  }
   static void StoreOne(unsigned char* disk, const NxClassId& v, unsigned char order) {
     ShortStore(disk, &v.classNumber, order, 1);
     ShortStore(disk + 2, &v.version, order, 1);
@@ -486,6 +504,13 @@ struct RefTraits {
   static constexpr uint32_t kDiskLength = 14;
   static constexpr bool kCountedArrays = true;
   static constexpr const char* kFormat = kRefFormat;
+  // database, then high, then low: on disk the database is the most
+  // significant part of the key (in memory the least).  block and the class
+  // take no part.
+  static constexpr unsigned char kKeyBytes[] = {11, 10, 9, 8, 7, 6, 5, 4};
+  static int32_t KeyNulls(const unsigned char*, const unsigned char*, int32_t order) {
+    return order;
+  }
   static void StoreOne(unsigned char* disk, const NxRef& v, unsigned char order) {
     StoreObjId(disk, v.objId, order);
     ShortStore(disk + 10, &v.database, order, 1);
@@ -652,6 +677,40 @@ struct Row {
     return result;
   }
 
+  // Memory form (the whole format 8): operator!= of the class over the
+  // pairs of elements, lengths unread.  Disk form: the key bytes of each
+  // element at the traits' offsets, whatever the byte order, as unsigned
+  // bytes; the first difference is the result, not reduced to -1 or 1.
+  // With more elements due, an operand whose next element does not start
+  // before its stated end stops the walk with 2101.
+  static int32_t Compare(unsigned char format, uint32_t length1, void* value1, uint32_t length2,
+                         void* value2, unsigned short, uint32_t count, int& status) {
+    status = 0;
+    if (count == 0) return 0;
+    int32_t result = 0;
+    if (format == 8) {
+      const T* a = static_cast<const T*>(value1);
+      const T* b = static_cast<const T*>(value2);
+      for (uint32_t i = 0; i < count && result == 0; ++i) result = a[i] != b[i];
+      return result;
+    }
+    constexpr uint64_t width = Traits::kDiskLength;
+    const uint64_t end1 = length1 != 0 ? length1 : width * count;
+    const uint64_t end2 = length2 != 0 ? length2 : width * count;
+    const unsigned char* a = static_cast<const unsigned char*>(value1);
+    const unsigned char* b = static_cast<const unsigned char*>(value2);
+    for (uint32_t i = 0; i < count && result == 0 && status == 0; ++i) {
+      const uint64_t at = i * width;
+      for (unsigned char offset : Traits::kKeyBytes) {
+        result = int32_t{a[at + offset]} - int32_t{b[at + offset]};
+        if (result != 0) break;
+      }
+      result = Traits::KeyNulls(a + at, b + at, result);
+      if (i + 1 < count && (at + width >= end1 || at + width >= end2)) status = nxcmp::kPartial;
+    }
+    return result;
+  }
+
   static constexpr NxTypeDesc Describe(const char* name) {
     NxTypeDesc row = nxrows::IllegalLike(name, sizeof(T), 1, Traits::kFormat);
     row.Create = T::Create;
@@ -661,6 +720,7 @@ struct Row {
     row.NullSizeGet = T::NullSizeGet;
     row.SizeGet = T::SizeGet;
     row.SizeGetFromMemFile = T::SizeGetFromMemFile;
+    row.Compare = T::Compare;
     row.ConvertTo = ConvertTo;
     row.ConvertFrom = ConvertFrom;
     row.Constructor = T::Constructor;
@@ -719,6 +779,10 @@ using RefRow = Row<RefTraits>;
   uint32_t Class::SizeGetFromMemFile(MemFile* file, unsigned char format, uint32_t count) {       \
     return RowType::SizeGetFromMemFile(file, format, count);                                      \
   }                                                                                               \
+  int32_t Class::Compare(unsigned char format, uint32_t length1, void* value1, uint32_t length2,  \
+                         void* value2, unsigned short cmpOp, uint32_t count, int& status) {       \
+    return RowType::Compare(format, length1, value1, length2, value2, cmpOp, count, status);      \
+  }                                                                                               \
   uint32_t Class::Translate(void* destination, unsigned char destinationFormat,                   \
                             uint32_t destinationSize, void* source, unsigned char sourceFormat,   \
                             uint32_t sourceSize, uint32_t count) {                                \
@@ -734,7 +798,7 @@ NXTM_IDENTIFIER_ROW_MEMBERS(NxRef, RefRow)
 
 namespace nxrows {
 
-// Compare, EvalAndBound and Hash of these rows are still those of `illegal`.
+// EvalAndBound and Hash of these rows are still those of `illegal`.
 NxTypeDesc objIdRow = ObjIdRow::Describe("NxObjId");
 NxTypeDesc classIdRow = ClassIdRow::Describe("NxClassId");
 NxTypeDesc refRow = RefRow::Describe("NxRef");

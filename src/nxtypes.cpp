@@ -10,7 +10,9 @@
 #include <cstring>
 #include <new>
 #include <string>
+#include <type_traits>
 
+#include "nxcmpwalk.h"
 #include "nxinternal.h"
 #include "nxkeyrows.h"
 #include "nxrows.h"
@@ -2299,6 +2301,44 @@ struct NullRowFunctions {
   }
 
   static void* DefaultValue(uint32_t count, int) { return Create(count); }
+
+  // One element as Load reads it: the flag before the value on disk, behind
+  // it in format 8 (the front of a memory element).  True for a null.
+  static bool ReadOne(const unsigned char* p, unsigned char form, Value& value) {
+    if ((form & 8) == 0) {
+      Traits::load(&value, p + 1, form, 1);
+      return p[0] == 1;
+    }
+    const uint32_t width = Traits::load(&value, p, form, 1);
+    return p[width] == 1;
+  }
+
+  // Null orders first.  Integers by their sign; reals -1 below, 0 equal and
+  // 1 otherwise, so a NaN on either side gives 1; NxInt64 by its operators.
+  static int32_t ValueOrder(Value a, Value b) {
+    if constexpr (std::is_floating_point<Value>::value)
+      return a < b ? -1 : (a == b ? 0 : 1);
+    else
+      return a < b ? -1 : (a > b ? 1 : 0);
+  }
+
+  // Every element, in memory form too, is read as Load reads it; the
+  // elements are MemLen bytes apart in memory form and the disk size apart
+  // otherwise.
+  static int32_t Compare(unsigned char format, uint32_t length1, void* value1, uint32_t length2,
+                         void* value2, unsigned short, uint32_t count, int& status) {
+    const unsigned char form = format & 0x0F;
+    const uint32_t width = form == 8 ? sizeof(Element) : NullSizeGet(1);
+    return nxcmp::Walk(width, length1, value1, length2, value2, count, status,
+                       [form](const unsigned char* a, const unsigned char* b) {
+                         Value x = Value(0);
+                         Value y = Value(0);
+                         const bool xNull = ReadOne(a, form, x);
+                         const bool yNull = ReadOne(b, form, y);
+                         if (xNull || yNull) return xNull == yNull ? 0 : (xNull ? -1 : 1);
+                         return ValueOrder(x, y);
+                       });
+  }
 };
 
 template <typename Traits>
@@ -2312,6 +2352,7 @@ constexpr NxTypeDesc NullScalarRow(const char* name, const char* format) {
   row.NullSizeGet = F::NullSizeGet;
   row.SizeGet = F::SizeGet;
   row.SizeGetFromMemFile = F::SizeGetFromMemFile;
+  row.Compare = F::Compare;
   row.ConvertTo = F::ConvertTo;
   row.ConvertFrom = F::ConvertFrom;
   row.Constructor = F::Constructor;

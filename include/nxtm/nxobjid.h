@@ -17,7 +17,13 @@
 // differs from b", and its sign orders the two.  `operator==` gives 1 or 0.
 //
 // NxObjId, NxClassId and NxRef have rows in the type table; their static
-// members are the functions of those rows.
+// members are the functions of those rows.  Their Compare orders memory
+// elements (the whole format 8) by `operator!=`, and disk keys by bytes:
+// NxObjId by `high` then `low`, NxClassId by `classNumber` then `version`
+// (null first), NxRef by `database`, then `high`, then `low`, each read
+// most significant byte first as a key of format 1 holds them; the result
+// is the first difference of two bytes.  A key of format 2 compares at the
+// same offsets: a consistent order, but not that of the numbers.
 //
 // Text forms.  A format is an 8-bit string in which "%H", "%L", "%B", "%D",
 // "%C" and "%V" stand for `high`, `low`, `block`, `database`, `classNumber`
@@ -102,6 +108,8 @@ class NXTM_API NxObjId {
   static uint32_t SizeGet(const void* value, unsigned char valueFormat, unsigned char diskFormat,
                           uint32_t count);
   static uint32_t SizeGetFromMemFile(MemFile* file, unsigned char format, uint32_t count);
+  static int32_t Compare(unsigned char format, uint32_t length1, void* value1, uint32_t length2,
+                         void* value2, unsigned short cmpOp, uint32_t count, int& status);
   static uint32_t Translate(void* destination, unsigned char destinationFormat,
                             uint32_t destinationSize, void* source, unsigned char sourceFormat,
                             uint32_t sourceSize, uint32_t count);
@@ -182,6 +190,8 @@ class NXTM_API NxClassId {
   static uint32_t SizeGet(const void* value, unsigned char valueFormat, unsigned char diskFormat,
                           uint32_t count);
   static uint32_t SizeGetFromMemFile(MemFile* file, unsigned char format, uint32_t count);
+  static int32_t Compare(unsigned char format, uint32_t length1, void* value1, uint32_t length2,
+                         void* value2, unsigned short cmpOp, uint32_t count, int& status);
   static uint32_t Translate(void* destination, unsigned char destinationFormat,
                             uint32_t destinationSize, void* source, unsigned char sourceFormat,
                             uint32_t sourceSize, uint32_t count);
@@ -248,6 +258,8 @@ class NXTM_API NxRef {
   static uint32_t SizeGet(const void* value, unsigned char valueFormat, unsigned char diskFormat,
                           uint32_t count);
   static uint32_t SizeGetFromMemFile(MemFile* file, unsigned char format, uint32_t count);
+  static int32_t Compare(unsigned char format, uint32_t length1, void* value1, uint32_t length2,
+                         void* value2, unsigned short cmpOp, uint32_t count, int& status);
   static uint32_t Translate(void* destination, unsigned char destinationFormat,
                             uint32_t destinationSize, void* source, unsigned char sourceFormat,
                             uint32_t sourceSize, uint32_t count);

@@ -21,6 +21,20 @@ NXTM_COMPARATOR(DwordCompare);     // "NxDWord", "BlockId": unsigned 32 bits
 NXTM_COMPARATOR(FloatCompare);     // "float", "d_Interval": NaN orders first
 NXTM_COMPARATOR(DoubleCompare);    // "double": NaN orders first
 
+// The other rows.  Memory form goes by the class's own order, disk form by
+// the bytes of the key; the two do not always agree (see each line).
+NXTM_COMPARATOR(DateCompare);         // "NxDate": a field of -1 is a wildcard; on disk only in
+                                      // the second operand, and not with NxCMP_NO_WILDCARDS
+NXTM_COMPARATOR(TimeCompare);         // "NxTime": hour, minute, second
+NXTM_COMPARATOR(DaTimeCompare);       // "NxDateTime": date (wildcards in memory only), then time
+NXTM_COMPARATOR(d_DateCompare);       // "d_Date": as DateCompare on disk, years unsigned there;
+                                      // in memory the difference of the days, no wildcard
+NXTM_COMPARATOR(d_TimeCompare);       // "d_Time": local time in memory, raw bytes on disk
+NXTM_COMPARATOR(d_TimestampCompare);  // "d_Timestamp": date, then time
+NXTM_COMPARATOR(Int64Compare);        // "NxInt64": signed 64 bits
+NXTM_COMPARATOR(BooleanCompare);      // "NxBoolean": null, then false, then true
+NXTM_COMPARATOR(BlobCompare);         // "NxBlob": unsigned bytes, then length; null first (-2, 2)
+
 #undef NXTM_COMPARATOR
 
 #endif
