@@ -8,6 +8,7 @@
 #include <nxtm/nxtyphash.h>
 
 #include "nxkeyrows.h"
+#include "nxrows.h"
 
 namespace {
 
@@ -287,6 +288,101 @@ uint32_t OldStringHash(unsigned char format, uint32_t length, void* value, uint3
 
 uint32_t LegacyStringHash(unsigned char, uint32_t, void*, uint32_t, int&) {
   return 0;
+}
+
+}  // namespace nxrows
+
+// ---------------------------------------------------------------------------
+// NxInt64 and the null-capable rows.
+
+namespace {
+
+// A null-capable array: each element read through the row's own Load (in
+// memory form too, where it stands MemLen bytes apart), a null element
+// hashing as the null hash and a number as the whole hash of the base row
+// on the number alone, multiplier included.  The element hashes are only
+// combined: no multiplication at the end.
+template <const NxTypeDesc& kRow, typename T, NxHashFunc kBase>
+uint32_t NullHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status) {
+  const uint32_t width = (format & 0x0F) == 8 ? kRow.MemLen : kRow.NullSizeGet(1);
+  return HashWalk(width, length, value, count, status, [format](const unsigned char* p) {
+    NxNull<T> element;
+    kRow.Load(&element, p, format, 1);
+    if (element.isNull != 0) return nxrows::kNullHash;
+    int baseStatus = 0;
+    return kBase(8, sizeof(T), &element.value, 1, baseStatus);
+  });
+}
+
+}  // namespace
+
+namespace nxrows {
+
+uint32_t Int64Hash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                   int& status) {
+  const unsigned char form = format & 0x0F;
+  return kHashMultiplier *
+         HashWalk(8, length, value, count, status, [form](const unsigned char* p) {
+           const NxInt64 n = Read<NxInt64, Int64Load>(p, form);
+           return n.low ^ static_cast<uint32_t>(n.high);
+         });
+}
+
+// The unsigned rows hash their numbers through the signed base rows: an
+// NxNull_uchar of 0xFF hashes as the byte -1.
+uint32_t NullCharHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                      int& status) {
+  return NullHash<nullCharRow, signed char, CharHash>(format, length, value, count, status);
+}
+
+uint32_t NullUcharHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status) {
+  return NullHash<nullUcharRow, unsigned char, CharHash>(format, length, value, count, status);
+}
+
+uint32_t NullShortHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status) {
+  return NullHash<nullShortRow, int16_t, ShortHash>(format, length, value, count, status);
+}
+
+uint32_t NullUshortHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                        int& status) {
+  return NullHash<nullUshortRow, uint16_t, ShortHash>(format, length, value, count, status);
+}
+
+uint32_t NullIntHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                     int& status) {
+  return NullHash<nullIntRow, int32_t, IntHash>(format, length, value, count, status);
+}
+
+uint32_t NullUnsignedHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                          int& status) {
+  return NullHash<nullUnsignedRow, uint32_t, IntHash>(format, length, value, count, status);
+}
+
+uint32_t NullLongHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                      int& status) {
+  return NullHash<nullLongRow, int32_t, LongHash>(format, length, value, count, status);
+}
+
+uint32_t NullUlongHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status) {
+  return NullHash<nullUlongRow, uint32_t, LongHash>(format, length, value, count, status);
+}
+
+uint32_t NullFloatHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status) {
+  return NullHash<nullFloatRow, float, FloatHash>(format, length, value, count, status);
+}
+
+uint32_t NullDoubleHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                        int& status) {
+  return NullHash<nullDoubleRow, double, DoubleHash>(format, length, value, count, status);
+}
+
+uint32_t NullInt64Hash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status) {
+  return NullHash<nullInt64Row, NxInt64, Int64Hash>(format, length, value, count, status);
 }
 
 }  // namespace nxrows
