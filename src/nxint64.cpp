@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string>
 
+#include "nxkeyrows.h"
 #include "nxrows.h"
 
 namespace {
@@ -325,6 +326,6 @@ void* Int64Scan(void* value, NxString& text, const char* format, uint32_t) {
   return value;
 }
 
-NxTypeDesc int64Row = Int64Row();
+NxTypeDesc int64Row = WithHash(Int64Row(), Int64Hash);
 
 }  // namespace nxrows

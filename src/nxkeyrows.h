@@ -92,6 +92,67 @@ uint32_t HashWalk(uint32_t width, uint32_t length, const void* value, uint32_t c
   return hash;
 }
 
+// ---------------------------------------------------------------------------
+// NxInt64 and the null-capable rows NxNull_char ... NxNull_NxInt64.
+
+// "NxInt64": the exclusive or of the low and the high word of each element,
+// times the multiplier (nxtyphash.cpp).
+uint32_t Int64Hash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status);
+
+// Range evaluation of the null-capable rows (nxtypevl.cpp).  Nulls order
+// first: a null low bound is a range that begins among the nulls, a null high
+// bound one that holds nothing else.  Value and bounds are read through the
+// row's own Load slot.  "NxNull_NxInt64" gives its estimate undivided, as a
+// length that may exceed 1.
+float NullCharEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                           unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+float NullUcharEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                            unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+float NullShortEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                            unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+float NullUshortEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                             unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+float NullIntEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                          unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+float NullUnsignedEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                               unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+float NullLongEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                           unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+float NullUlongEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                            unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+float NullFloatEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                            unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+float NullDoubleEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                             unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+float NullInt64EvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                            unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+
+// Hashes of the null-capable rows (nxtyphash.cpp): the plain exclusive or of
+// the element hashes, with no multiplication at the end.  A null element
+// hashes as kNullHash; a number as the whole hash of its signed base row.
+uint32_t NullCharHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                      int& status);
+uint32_t NullUcharHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status);
+uint32_t NullShortHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status);
+uint32_t NullUshortHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                        int& status);
+uint32_t NullIntHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                     int& status);
+uint32_t NullUnsignedHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                          int& status);
+uint32_t NullLongHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                      int& status);
+uint32_t NullUlongHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status);
+uint32_t NullFloatHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status);
+uint32_t NullDoubleHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                        int& status);
+uint32_t NullInt64Hash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status);
+
 }  // namespace nxrows
 
 #endif

@@ -2342,9 +2342,12 @@ struct NullRowFunctions {
 };
 
 template <typename Traits>
-constexpr NxTypeDesc NullScalarRow(const char* name, const char* format) {
+constexpr NxTypeDesc NullScalarRow(const char* name, const char* format,
+                                   NxEvalAndBoundFunc evalAndBound, NxHashFunc hash) {
   using F = NullRowFunctions<Traits>;
   NxTypeDesc row = IllegalLike(name, sizeof(typename F::Element), 1, format);
+  row.EvalAndBound = evalAndBound;
+  row.Hash = hash;
   row.Create = F::Create;
   row.Delete = F::Delete;
   row.Store = F::Store;
@@ -2370,19 +2373,28 @@ constexpr NxTypeDesc NullScalarRow(const char* name, const char* format) {
 
 }  // namespace
 
-NxTypeDesc nullCharRow = NullScalarRow<NullCharTraits>("NxNull_char", "%c");
-NxTypeDesc nullUcharRow = NullScalarRow<NullUcharTraits>("NxNull_uchar", "%c");
-NxTypeDesc nullShortRow = NullScalarRow<NullShortTraits>("NxNull_short", "%hd");
-NxTypeDesc nullUshortRow = NullScalarRow<NullUshortTraits>("NxNull_ushort", "%hu");
-NxTypeDesc nullIntRow = NullScalarRow<NullIntTraits<int32_t, int>>("NxNull_int", "%d");
-NxTypeDesc nullUnsignedRow =
-    NullScalarRow<NullIntTraits<uint32_t, unsigned int>>("NxNull_unsigned", "%u");
-NxTypeDesc nullLongRow = NullScalarRow<NullLongTraits<int32_t, long>>("NxNull_long", "%ld");
-NxTypeDesc nullUlongRow =
-    NullScalarRow<NullLongTraits<uint32_t, unsigned long>>("NxNull_ulong", "%lu");
-NxTypeDesc nullFloatRow = NullScalarRow<NullFloatTraits>("NxNull_float", "%f");
-NxTypeDesc nullDoubleRow = NullScalarRow<NullDoubleTraits>("NxNull_double", "%lf");
-NxTypeDesc nullInt64Row = NullScalarRow<NullInt64Traits>("NxNull_NxInt64", "%S");
+NxTypeDesc nullCharRow =
+    NullScalarRow<NullCharTraits>("NxNull_char", "%c", NullCharEvalAndBound, NullCharHash);
+NxTypeDesc nullUcharRow =
+    NullScalarRow<NullUcharTraits>("NxNull_uchar", "%c", NullUcharEvalAndBound, NullUcharHash);
+NxTypeDesc nullShortRow =
+    NullScalarRow<NullShortTraits>("NxNull_short", "%hd", NullShortEvalAndBound, NullShortHash);
+NxTypeDesc nullUshortRow =
+    NullScalarRow<NullUshortTraits>("NxNull_ushort", "%hu", NullUshortEvalAndBound, NullUshortHash);
+NxTypeDesc nullIntRow = NullScalarRow<NullIntTraits<int32_t, int>>(
+    "NxNull_int", "%d", NullIntEvalAndBound, NullIntHash);
+NxTypeDesc nullUnsignedRow = NullScalarRow<NullIntTraits<uint32_t, unsigned int>>(
+    "NxNull_unsigned", "%u", NullUnsignedEvalAndBound, NullUnsignedHash);
+NxTypeDesc nullLongRow = NullScalarRow<NullLongTraits<int32_t, long>>(
+    "NxNull_long", "%ld", NullLongEvalAndBound, NullLongHash);
+NxTypeDesc nullUlongRow = NullScalarRow<NullLongTraits<uint32_t, unsigned long>>(
+    "NxNull_ulong", "%lu", NullUlongEvalAndBound, NullUlongHash);
+NxTypeDesc nullFloatRow =
+    NullScalarRow<NullFloatTraits>("NxNull_float", "%f", NullFloatEvalAndBound, NullFloatHash);
+NxTypeDesc nullDoubleRow =
+    NullScalarRow<NullDoubleTraits>("NxNull_double", "%lf", NullDoubleEvalAndBound, NullDoubleHash);
+NxTypeDesc nullInt64Row =
+    NullScalarRow<NullInt64Traits>("NxNull_NxInt64", "%S", NullInt64EvalAndBound, NullInt64Hash);
 
 NxTypeDesc illegalRow = IllegalLike("illegal", 0, 1, "illegal");
 

@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "nxkeyrows.h"
+#include "nxrows.h"
 
 namespace {
 
@@ -204,6 +205,188 @@ float DoubleEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, u
                          uint32_t count, NxIdxBounds* narrowed) {
   return NumberEvalAndBound<double, DoubleStore, DoubleBytes, Reals::wide>(bounds, op, value,
                                                                            format, count, narrowed);
+}
+
+}  // namespace nxrows
+
+// ---------------------------------------------------------------------------
+// The null-capable rows.  Value and bounds are each a number and a null flag,
+// read through the row's own Load slot.  Nulls order first, so a null low
+// bound starts the range among the nulls and a null high bound ends it before
+// any number.  The parts that involve nulls get fixed lengths (0.5 for a side
+// that reaches into the nulls, 0.1 for the keys equal to a number in a range
+// that starts among the nulls, 0.001 for the nulls equal to a null value);
+// the rest is counted as for the plain rows, with no clamp and no floor.
+
+namespace {
+
+// One key of a null-capable row: its number as a double (0 when null) and
+// its flag.
+struct NullableNumber {
+  double number;
+  bool null;
+};
+
+// The 64-bit numbers widen word by word: the high word, signed, times 2^32
+// plus the low word.
+inline double Widen(const NxInt64& n) {
+  return static_cast<double>(n.high) * 4294967296.0 + static_cast<double>(n.low);
+}
+template <typename T>
+inline double Widen(T n) {
+  return static_cast<double>(n);
+}
+
+// The length of the part of the range l..h that stands in the relation `op`
+// (bits 0 to 2) to v, with nulls ordered before every number.  Numbers
+// compare as in RangeArea: a NaN makes less-than true and greater-than false,
+// so a NaN value equals no key.
+double NullArea(unsigned short op, NullableNumber v, NullableNumber l, NullableNumber h,
+                double unit) {
+  double total = 0.0;
+  if ((op & 4) != 0 && !h.null) {  // greater
+    if (v.null || l.null) {
+      total = 0.5;
+    } else {
+      const double r = h.number - (Greater(l.number, v.number) ? l.number - unit : v.number);
+      if (r > 0.0) total = r;
+    }
+  }
+  if ((op & 2) != 0 && !v.null && !h.null) {  // less
+    if (l.null) {
+      total += 0.5;
+    } else {
+      const double r = (Less(h.number, v.number) ? h.number + unit : v.number) - l.number;
+      if (r > 0.0) total += r;
+    }
+  }
+  if ((op & 1) != 0) {  // equal
+    if (v.null) {
+      if (l.null) total += 0.001;
+    } else if (l.null) {
+      if (!h.null) total += 0.1;
+    } else if (!h.null) {
+      const double p = Less(v.number, h.number) ? v.number : h.number;
+      const double q = Greater(v.number, l.number) ? v.number : l.number;
+      const double r = p + unit - q;
+      if (r > 0.0) total += r;
+    }
+  }
+  return total;
+}
+
+// Element 0 of a key, through the row's Load; null with number 0 until the
+// load has read it.
+template <const NxTypeDesc& kRow, typename T>
+inline NxNull<T> LoadKey(const void* key, unsigned char format) {
+  NxNull<T> element;
+  kRow.Load(&element, key, format, 1);
+  return element;
+}
+
+template <typename T>
+inline NullableNumber Number(const NxNull<T>& element) {
+  return {Widen(element.value), element.isNull != 0};
+}
+
+template <const NxTypeDesc& kRow, typename T>
+float NullEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                       uint32_t count, NxIdxBounds* narrowed) {
+  const NullableNumber v = Number(LoadKey<kRow, T>(value, format));
+  NullableNumber l{0.0, true};
+  NullableNumber h{0.0, true};
+  double total = 0.0;
+  if (bounds != nullptr) {
+    h = Number(LoadKey<kRow, T>(bounds->high, format));
+    l = Number(LoadKey<kRow, T>(bounds->low, format));
+    total = NullArea(op, v, l, h, 1.0);
+  }
+  NarrowBounds(narrowed, value, op, kRow.NullSizeGet(count));
+  // A null end counts with its number 0 in the width.
+  return ToFloat(total / (h.number - l.number + 1.0));
+}
+
+// "NxNull_NxInt64" gives the length itself, undivided.  A total of 0 is
+// looked at once more with the exact 64-bit numbers, which doubles of 53 bits
+// may have merged: it becomes 1.0, one key, unless the value lies below the
+// low bound with no greater part asked for, or above the high bound with no
+// less part asked for.  A null value with a high bound that is a number
+// always gives 1.0.
+float NullInt64Range(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                     uint32_t count, NxIdxBounds* narrowed) {
+  const NxNull_NxInt64 V = LoadKey<nxrows::nullInt64Row, NxInt64>(value, format);
+  double total = 0.0;
+  if (bounds != nullptr) {
+    const NxNull_NxInt64 H = LoadKey<nxrows::nullInt64Row, NxInt64>(bounds->high, format);
+    const NxNull_NxInt64 L = LoadKey<nxrows::nullInt64Row, NxInt64>(bounds->low, format);
+    total = NullArea(op, Number(V), Number(L), Number(H), 1.0);
+    const bool vNull = V.isNull != 0, lNull = L.isNull != 0, hNull = H.isNull != 0;
+    // A null low bound lies below every value.
+    const bool belowLow = (op & 4) == 0 && !lNull && L.value > V.value;
+    const bool aboveHigh = (op & 2) == 0 && V.value > H.value;
+    if ((total == 0.0 && !belowLow && !aboveHigh) || (vNull && !hNull)) total = 1.0;
+  }
+  NarrowBounds(narrowed, value, op, nxrows::nullInt64Row.NullSizeGet(count));
+  return ToFloat(total);
+}
+
+}  // namespace
+
+namespace nxrows {
+
+float NullCharEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                           unsigned char format, uint32_t count, NxIdxBounds* narrowed) {
+  return NullEvalAndBound<nullCharRow, signed char>(bounds, op, value, format, count, narrowed);
+}
+
+float NullUcharEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                            unsigned char format, uint32_t count, NxIdxBounds* narrowed) {
+  return NullEvalAndBound<nullUcharRow, unsigned char>(bounds, op, value, format, count, narrowed);
+}
+
+float NullShortEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                            unsigned char format, uint32_t count, NxIdxBounds* narrowed) {
+  return NullEvalAndBound<nullShortRow, int16_t>(bounds, op, value, format, count, narrowed);
+}
+
+float NullUshortEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                             unsigned char format, uint32_t count, NxIdxBounds* narrowed) {
+  return NullEvalAndBound<nullUshortRow, uint16_t>(bounds, op, value, format, count, narrowed);
+}
+
+float NullIntEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                          unsigned char format, uint32_t count, NxIdxBounds* narrowed) {
+  return NullEvalAndBound<nullIntRow, int32_t>(bounds, op, value, format, count, narrowed);
+}
+
+float NullUnsignedEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                               unsigned char format, uint32_t count, NxIdxBounds* narrowed) {
+  return NullEvalAndBound<nullUnsignedRow, uint32_t>(bounds, op, value, format, count, narrowed);
+}
+
+float NullLongEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                           unsigned char format, uint32_t count, NxIdxBounds* narrowed) {
+  return NullEvalAndBound<nullLongRow, int32_t>(bounds, op, value, format, count, narrowed);
+}
+
+float NullUlongEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                            unsigned char format, uint32_t count, NxIdxBounds* narrowed) {
+  return NullEvalAndBound<nullUlongRow, uint32_t>(bounds, op, value, format, count, narrowed);
+}
+
+float NullFloatEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                            unsigned char format, uint32_t count, NxIdxBounds* narrowed) {
+  return NullEvalAndBound<nullFloatRow, float>(bounds, op, value, format, count, narrowed);
+}
+
+float NullDoubleEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                             unsigned char format, uint32_t count, NxIdxBounds* narrowed) {
+  return NullEvalAndBound<nullDoubleRow, double>(bounds, op, value, format, count, narrowed);
+}
+
+float NullInt64EvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                            unsigned char format, uint32_t count, NxIdxBounds* narrowed) {
+  return NullInt64Range(bounds, op, value, format, count, narrowed);
 }
 
 }  // namespace nxrows

@@ -4,10 +4,12 @@
 // rows differ only in what the element hash is made of.
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include <nxtm/nxtyphash.h>
 
 #include "nxkeyrows.h"
+#include "nxrows.h"
 
 namespace {
 
@@ -287,6 +289,134 @@ uint32_t OldStringHash(unsigned char format, uint32_t length, void* value, uint3
 
 uint32_t LegacyStringHash(unsigned char, uint32_t, void*, uint32_t, int&) {
   return 0;
+}
+
+}  // namespace nxrows
+
+// ---------------------------------------------------------------------------
+// NxInt64 and the null-capable rows.
+
+namespace {
+
+// A null-capable array: each element read through the row's own Load, a
+// null element hashing as the null hash and a number as the whole hash of
+// the base row on the number alone, multiplier included.  The element hashes
+// are only combined: no multiplication at the end.
+template <typename T, NxHashFunc kBase>
+inline uint32_t NullElementHash(const NxNull<T>& element) {
+  if (element.isNull != 0) return nxrows::kNullHash;
+  int baseStatus = 0;
+  return kBase(8, sizeof(T), const_cast<T*>(&element.value), 1, baseStatus);
+}
+
+template <const NxTypeDesc& kRow, typename T, NxHashFunc kBase>
+uint32_t NullHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status) {
+  if ((format & 0x0F) == 8) {
+    // Memory form: elements stand MemLen bytes apart, each loaded alone.
+    return HashWalk(kRow.MemLen, length, value, count, status, [format](const unsigned char* p) {
+      NxNull<T> element;
+      kRow.Load(&element, p, format, 1);
+      return NullElementHash<T, kBase>(element);
+    });
+  }
+  // Disk form: the elements lie packed, so the ones the walk reaches (each
+  // that starts before a stated end, and always the first) load a block at
+  // a time.
+  status = 0;
+  if (count == 0) return 0;
+  const uint32_t width = kRow.NullSizeGet(1);
+  uint32_t reached = count;
+  if (length != 0 && width != 0) {
+    const uint64_t starting = (uint64_t{length} + width - 1) / width;
+    if (starting < count) {
+      reached = static_cast<uint32_t>(starting);
+      status = kHashPartial;
+    }
+  }
+  // Room for a block, whose elements are made only as they are needed.
+  constexpr uint32_t kBlock = 64;
+  alignas(NxNull<T>) unsigned char room[kBlock * sizeof(NxNull<T>)];
+  NxNull<T>* const block = reinterpret_cast<NxNull<T>*>(room);
+  const unsigned char* at = static_cast<const unsigned char*>(value);
+  uint32_t hash = 0;
+  for (uint32_t first = 0; first < reached; first += kBlock) {
+    const uint32_t n = reached - first < kBlock ? reached - first : kBlock;
+    for (uint32_t i = 0; i < n; ++i) new (&block[i]) NxNull<T>();
+    kRow.Load(block, at + static_cast<uint64_t>(first) * width, format, n);
+    for (uint32_t i = 0; i < n; ++i) hash ^= NullElementHash<T, kBase>(block[i]);
+  }
+  return hash;
+}
+
+}  // namespace
+
+namespace nxrows {
+
+uint32_t Int64Hash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                   int& status) {
+  const unsigned char form = format & 0x0F;
+  return kHashMultiplier *
+         HashWalk(8, length, value, count, status, [form](const unsigned char* p) {
+           const NxInt64 n = Read<NxInt64, Int64Load>(p, form);
+           return n.low ^ static_cast<uint32_t>(n.high);
+         });
+}
+
+// The unsigned rows hash their numbers through the signed base rows: an
+// NxNull_uchar of 0xFF hashes as the byte -1.
+uint32_t NullCharHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                      int& status) {
+  return NullHash<nullCharRow, signed char, CharHash>(format, length, value, count, status);
+}
+
+uint32_t NullUcharHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status) {
+  return NullHash<nullUcharRow, unsigned char, CharHash>(format, length, value, count, status);
+}
+
+uint32_t NullShortHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status) {
+  return NullHash<nullShortRow, int16_t, ShortHash>(format, length, value, count, status);
+}
+
+uint32_t NullUshortHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                        int& status) {
+  return NullHash<nullUshortRow, uint16_t, ShortHash>(format, length, value, count, status);
+}
+
+uint32_t NullIntHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                     int& status) {
+  return NullHash<nullIntRow, int32_t, IntHash>(format, length, value, count, status);
+}
+
+uint32_t NullUnsignedHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                          int& status) {
+  return NullHash<nullUnsignedRow, uint32_t, IntHash>(format, length, value, count, status);
+}
+
+uint32_t NullLongHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                      int& status) {
+  return NullHash<nullLongRow, int32_t, LongHash>(format, length, value, count, status);
+}
+
+uint32_t NullUlongHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status) {
+  return NullHash<nullUlongRow, uint32_t, LongHash>(format, length, value, count, status);
+}
+
+uint32_t NullFloatHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status) {
+  return NullHash<nullFloatRow, float, FloatHash>(format, length, value, count, status);
+}
+
+uint32_t NullDoubleHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                        int& status) {
+  return NullHash<nullDoubleRow, double, DoubleHash>(format, length, value, count, status);
+}
+
+uint32_t NullInt64Hash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status) {
+  return NullHash<nullInt64Row, NxInt64, Int64Hash>(format, length, value, count, status);
 }
 
 }  // namespace nxrows
