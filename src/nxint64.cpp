@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string>
 
+#include "nxkeyrows.h"
 #include "nxrows.h"
 
 namespace {
@@ -282,6 +283,7 @@ constexpr NxTypeDesc Int64Row() {
   row.NullSizeGet = Int64NullSizeGet;
   row.SizeGet = Int64SizeGet;
   row.SizeGetFromMemFile = Int64SizeGetFromMemFile;
+  row.EvalAndBound = Int64EvalAndBound;
   row.ConvertTo = Int64ConvertTo;
   row.ConvertFrom = Int64ConvertFrom;
   row.Constructor = Int64Constructor;

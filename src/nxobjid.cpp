@@ -661,6 +661,8 @@ struct Row {
     row.NullSizeGet = T::NullSizeGet;
     row.SizeGet = T::SizeGet;
     row.SizeGetFromMemFile = T::SizeGetFromMemFile;
+    row.EvalAndBound = T::EvalAndBound;
+    row.Hash = T::Hash;
     row.ConvertTo = ConvertTo;
     row.ConvertFrom = ConvertFrom;
     row.Constructor = T::Constructor;
@@ -734,7 +736,6 @@ NXTM_IDENTIFIER_ROW_MEMBERS(NxRef, RefRow)
 
 namespace nxrows {
 
-// Compare, EvalAndBound and Hash of these rows are still those of `illegal`.
 NxTypeDesc objIdRow = ObjIdRow::Describe("NxObjId");
 NxTypeDesc classIdRow = ClassIdRow::Describe("NxClassId");
 NxTypeDesc refRow = RefRow::Describe("NxRef");
