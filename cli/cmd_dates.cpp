@@ -2,7 +2,9 @@
 // both calendars side by side.
 //
 // Texts: NxDate and d_Date "YYYY-MM-DD" (astronomical years, so -0044 is 45
-// BC), NxTime "HH:MM:SS", NxDateTime "YYYY-MM-DDTHH:MM:SS".  d_Time adds
+// BC), where "*" for any of the three fields makes it wild (the field holds
+// -1, and an estimate takes the date as the span it matches), NxTime
+// "HH:MM:SS", NxDateTime "YYYY-MM-DDTHH:MM:SS".  d_Time adds
 // hundredths and a zone: "HH:MM:SS[.hh][+HH[:MM]|-HH[:MM]|Z]", the local
 // time and its zone (the default zone of the program is 0); d_Timestamp is
 // a date, "T" and such a time.  d_Interval is a number of seconds.  Each
@@ -51,13 +53,29 @@ struct DateFields {
   long year, month, day;
 };
 
-// "[-]Y...-M[M]-D[D]" with a year of 16 bits, month 1 to 12, day 1 to 31.
-bool ReadDateFields(const std::string& text, size_t& at, DateFields& d, std::string& error) {
+// The field value of "*".
+constexpr long kWild = -1;
+
+// A field of 1 to `most` digits, or with `wild` a "*" for kWild.
+bool Field(const std::string& text, size_t& at, size_t most, bool wild, long& value) {
+  if (wild && at < text.size() && text[at] == '*') {
+    ++at;
+    value = kWild;
+    return true;
+  }
+  return Digits(text, at, most, value);
+}
+
+// "[-]Y...-M[M]-D[D]" with a year of 16 bits, month 1 to 12, day 1 to 31;
+// with `wild`, "*" may stand for any of the three.
+bool ReadDateFields(const std::string& text, size_t& at, DateFields& d, std::string& error,
+                    bool wild = false) {
   const bool minus = at < text.size() && text[at] == '-';
   if (minus) ++at;
-  if (!Digits(text, at, 5, d.year) || !Expect(text, at, '-') || !Digits(text, at, 2, d.month) ||
-      !Expect(text, at, '-') || !Digits(text, at, 2, d.day)) {
-    error = "a date is YYYY-MM-DD";
+  if (!Field(text, at, 5, wild && !minus, d.year) || !Expect(text, at, '-') ||
+      !Field(text, at, 2, wild, d.month) || !Expect(text, at, '-') ||
+      !Field(text, at, 2, wild, d.day)) {
+    error = wild ? "a date is YYYY-MM-DD, with * for a wild field" : "a date is YYYY-MM-DD";
     return false;
   }
   if (minus) d.year = -d.year;
@@ -65,11 +83,16 @@ bool ReadDateFields(const std::string& text, size_t& at, DateFields& d, std::str
     error = "the year must lie in -32768 to 32767";
     return false;
   }
-  if (d.month < 1 || d.month > 12 || d.day < 1 || d.day > 31) {
+  if ((d.month != kWild && (d.month < 1 || d.month > 12)) ||
+      (d.day != kWild && (d.day < 1 || d.day > 31))) {
     error = "month 1 to 12, day 1 to 31";
     return false;
   }
   return true;
+}
+
+bool IsWild(const DateFields& d) {
+  return d.year == kWild || d.month == kWild || d.day == kWild;
 }
 
 struct TimeFields {
@@ -133,22 +156,25 @@ bool IsStandardDate(const DateFields& d) {
   return !(d.year == 1582 && d.month == 10 && d.day >= 5 && d.day <= 14);
 }
 
-bool ReadNxDate(const std::string& text, NxDate& date, std::string& error) {
+// With `wild`, a date with a wild field is taken as it stands: only its
+// fields are checked.
+bool ReadNxDate(const std::string& text, NxDate& date, std::string& error, bool wild = false) {
   size_t at = 0;
   DateFields d;
-  if (!ReadDateFields(text, at, d, error) || !AtEnd(text, at, error)) return false;
+  if (!ReadDateFields(text, at, d, error, wild) || !AtEnd(text, at, error)) return false;
   date = NxDate(static_cast<int>(d.year), static_cast<int>(d.month), static_cast<int>(d.day));
-  if (!date.IsDate()) {
+  if (!IsWild(d) && !date.IsDate()) {
     error = "not a day of the Gregorian calendar of NxDate";
     return false;
   }
   return true;
 }
 
-bool ReadStandardDate(const std::string& text, size_t& at, d_Date& date, std::string& error) {
+bool ReadStandardDate(const std::string& text, size_t& at, d_Date& date, std::string& error,
+                      bool wild = false) {
   DateFields d;
-  if (!ReadDateFields(text, at, d, error)) return false;
-  if (!IsStandardDate(d)) {
+  if (!ReadDateFields(text, at, d, error, wild)) return false;
+  if (!IsWild(d) && !IsStandardDate(d)) {
     error = "not a day of the d_Date calendar (Julian to 1582-10-04, Gregorian from 1582-10-15)";
     return false;
   }
@@ -173,10 +199,21 @@ d_Time StandardTime(const TimeFields& t) {
 // ---------------------------------------------------------------------------
 // Showing.
 
-std::string DateText(int year, int month, int day) {
+// With `wild`, a field of -1 shows as "*" (the year -1 too: the date
+// operations take it as wild).
+std::string DateText(int year, int month, int day, bool wild = false) {
   char buffer[32];
-  std::snprintf(buffer, sizeof buffer, "%s%04d-%02d-%02d", year < 0 ? "-" : "", std::abs(year),
-                month, day);
+  const auto field = [wild](int value, const char* format, char* out, size_t size) {
+    if (wild && value == kWild)
+      std::snprintf(out, size, "*");
+    else
+      std::snprintf(out, size, format, std::abs(value));
+  };
+  char y[8], m[8], d[8];
+  field(year, "%04d", y, sizeof y);
+  field(month, "%02d", m, sizeof m);
+  field(day, "%02d", d, sizeof d);
+  std::snprintf(buffer, sizeof buffer, "%s%s-%s-%s", year < 0 && !(wild && year == kWild) ? "-" : "", y, m, d);
   return buffer;
 }
 
@@ -219,14 +256,14 @@ void Put(void* element, const T& value) {
 
 bool ReadDate(const std::string& text, void* element, std::string& error) {
   NxDate date(0, 0, 0);
-  if (!ReadNxDate(text, date, error)) return false;
+  if (!ReadNxDate(text, date, error, true)) return false;
   Put(element, date);
   return true;
 }
 
 std::string ShowDate(const void* element) {
   const NxDate d = Element(element, NxDate(0, 0, 0));
-  return DateText(d.year, d.month, d.day);
+  return DateText(d.year, d.month, d.day, true);
 }
 
 bool ReadTime(const std::string& text, void* element, std::string& error) {
@@ -275,14 +312,14 @@ std::string ShowDateTime(const void* element) {
 bool ReadStandardDateValue(const std::string& text, void* element, std::string& error) {
   size_t at = 0;
   d_Date date(0, 0, 0);
-  if (!ReadStandardDate(text, at, date, error) || !AtEnd(text, at, error)) return false;
+  if (!ReadStandardDate(text, at, date, error, true) || !AtEnd(text, at, error)) return false;
   Put(element, date);
   return true;
 }
 
 std::string ShowStandardDate(const void* element) {
   const d_Date d = Element(element, d_Date(0, 0, 0));
-  return DateText(d.year, d.month, d.day);
+  return DateText(d.year, d.month, d.day, true);
 }
 
 bool ReadStandardTimeValue(const std::string& text, void* element, std::string& error) {

@@ -59,8 +59,19 @@ std::string Shortest(float value) {
   return text;
 }
 
-std::string Bound(const void* key, unsigned char length) {
-  return key == nullptr ? "open" : cli::Hex(static_cast<const unsigned char*>(key), length);
+// A narrowed key: its bytes, and behind them the value they hold when they
+// make one whole element of a fixed-length row.
+std::string Bound(NxTypeMgr& mgr, char id, unsigned char format, const void* key,
+                  unsigned char length) {
+  if (key == nullptr) return "open";
+  std::string shown = cli::Hex(static_cast<const unsigned char*>(key), length);
+  cli::Values element(mgr, id);
+  if (mgr.IsFixed(id) != 0 && mgr.DiskLenGet(id, nullptr, format, 1, 0) == length &&
+      element.Make(1)) {
+    mgr.Load(id, element.data(), const_cast<void*>(key), format, 1);
+    shown += " (" + cli::ShowValue(mgr, id, element.data()) + ")";
+  }
+  return shown;
 }
 
 int RunEstimate(const Args& input) {
@@ -91,11 +102,14 @@ int RunEstimate(const Args& input) {
   NxIdxBounds bounds{low.data(), high.data(), static_cast<unsigned char>(low.size()),
                      static_cast<unsigned char>(high.size())};
   NxIdxBounds narrowed{nullptr, nullptr, 0, 0};
+  const unsigned short given = op;
   const float share =
       mgr.EvalAndBound(id, &bounds, op, value.data(), format, 1, &narrowed, nullptr);
   std::printf("fraction %s\n", Shortest(share).c_str());
-  std::printf("low      %s\n", Bound(narrowed.low, narrowed.lowLength).c_str());
-  std::printf("high     %s\n", Bound(narrowed.high, narrowed.highLength).c_str());
+  std::printf("low      %s\n", Bound(mgr, id, format, narrowed.low, narrowed.lowLength).c_str());
+  std::printf("high     %s\n", Bound(mgr, id, format, narrowed.high, narrowed.highLength).c_str());
+  // The row may mask the operator word, and sets bit 3 for a wild value.
+  if (op != given) std::printf("op       0x%04x (was 0x%04x)\n", op, given);
   std::free(narrowed.low);
   std::free(narrowed.high);
   return 0;

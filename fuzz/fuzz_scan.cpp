@@ -1,8 +1,8 @@
 // Feeds arbitrary text and formats from the rows' own list to every scan
 // handler of the plain scalar rows, NxInt64, NxBoolean, the null-capable
-// rows and the identifier rows, and prints what came back: no crash, no
-// sanitizer report, and never a write past the element array.  An NxInt64
-// printed with "%S" scans back to itself.
+// rows, NxSeal and the identifier rows, and prints what came back: no crash,
+// no sanitizer report, and never a write past the element array.  An NxInt64
+// printed with "%S" scans back to itself, and so does a seal.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -28,7 +28,7 @@ const char kNumberTypes[] = {NxTYPE_NxInt64,       NxTYPE_NxBoolean,       NxTYP
                              NxTYPE_NxNull_uchar,  NxTYPE_NxNull_short,    NxTYPE_NxNull_ushort,
                              NxTYPE_NxNull_int,    NxTYPE_NxNull_unsigned, NxTYPE_NxNull_long,
                              NxTYPE_NxNull_ulong,  NxTYPE_NxNull_float,    NxTYPE_NxNull_double,
-                             NxTYPE_NxNull_NxInt64};
+                             NxTYPE_NxNull_NxInt64, NxTYPE_NxSeal};
 constexpr size_t kFormatCount = sizeof kFormats / sizeof kFormats[0];
 
 // The identifier rows read a format language of their own; past the end of
@@ -81,6 +81,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     NxInt64 back(7);
     back.ScanFromNxString(text, "%S");
     if (!(back == value)) __builtin_trap();
+  }
+  if (id == NxTYPE_NxSeal) {
+    NxSeal value;
+    std::memcpy(&value, memory, sizeof value);
+    NxString text;
+    value.PrintToNxString(text);
+    NxSeal back;
+    back.word2 = 7;
+    if (!(back.ScanFromNxString(text) == value)) __builtin_trap();
   }
   return 0;
 }

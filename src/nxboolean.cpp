@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "nxinternal.h"
+#include "nxkeyrows.h"
 #include "nxrows.h"
 
 int NxBoolean::operator==(const NxBoolean& other) const {
@@ -185,6 +186,8 @@ constexpr NxTypeDesc BooleanRow() {
   row.SizeGet = BooleanSizeGet;
   row.SizeGetFromMemFile = BooleanSizeGetFromMemFile;
   row.Compare = BooleanCompare;
+  row.EvalAndBound = BooleanEvalAndBound;
+  row.Hash = BooleanHash;
   row.ConvertTo = BooleanConvertTo;
   row.ConvertFrom = BooleanConvertFrom;
   row.Constructor = BooleanConstructor;

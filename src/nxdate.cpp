@@ -6,6 +6,7 @@
 #include <new>
 
 #include "nxdates.h"
+#include "nxkeyrows.h"
 #include "nxrows.h"
 
 namespace nxdates {
@@ -783,6 +784,8 @@ constexpr NxTypeDesc TemporalRow(const char* name, unsigned short memLen, const 
   row.NullSizeGet = set.nullSizeGet;
   row.SizeGet = set.sizeGet;
   row.SizeGetFromMemFile = set.sizeGetFromMemFile;
+  row.EvalAndBound = nxrows::TemporalEvalAndBound(name);
+  row.Hash = nxrows::TemporalHash(name);
   row.ConvertTo = set.convertTo;
   row.ConvertFrom = set.convertFrom;
   row.Constructor = set.constructor;

@@ -284,6 +284,7 @@ constexpr NxTypeDesc Int64Row() {
   row.SizeGet = Int64SizeGet;
   row.SizeGetFromMemFile = Int64SizeGetFromMemFile;
   row.Compare = Int64Compare;
+  row.EvalAndBound = Int64EvalAndBound;
   row.ConvertTo = Int64ConvertTo;
   row.ConvertFrom = Int64ConvertFrom;
   row.Constructor = Int64Constructor;

@@ -6,6 +6,8 @@
 
 #include <nxtm/nxtm.h>
 
+#include "nxrows.h"
+
 namespace nxrows {
 
 // Range evaluation of the plain numbers (nxtypevl.cpp).  "enum" shares the
@@ -53,6 +55,65 @@ uint32_t OldStringHash(unsigned char format, uint32_t length, void* value, uint3
 // "NxIString" and "NxCaseIString": the constant 0; `status` is not written.
 uint32_t LegacyStringHash(unsigned char format, uint32_t length, void* value, uint32_t count,
                           int& status);
+
+// Range evaluation and hashing of the temporal rows, NxInt64, NxBoolean and
+// NxSeal (nxtypevl.cpp, nxtyphash.cpp).  The identifier rows use the static
+// EvalAndBound and Hash of their classes.
+float DateEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                       uint32_t count, NxIdxBounds* narrowed);
+float TimeEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                       uint32_t count, NxIdxBounds* narrowed);
+float DateTimeEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                           unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+float DDateEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                        uint32_t count, NxIdxBounds* narrowed);
+float DTimeEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                        uint32_t count, NxIdxBounds* narrowed);
+float DTimestampEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                             unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+float Int64EvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                        uint32_t count, NxIdxBounds* narrowed);
+float BooleanEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                          unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+uint32_t DateHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status);
+uint32_t TimeHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status);
+uint32_t DateTimeHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                      int& status);
+uint32_t DDateHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status);
+uint32_t DTimeHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status);
+uint32_t DTimestampHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                        int& status);
+uint32_t BooleanHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                     int& status);
+uint32_t SealHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status);
+
+// The temporal rows are built by one function from their names: these give
+// a temporal row's range evaluation and hash by that name.
+constexpr bool SameRowName(const char* a, const char* b) {
+  while (*a != '\0' && *a == *b) {
+    ++a;
+    ++b;
+  }
+  return *a == *b;
+}
+constexpr NxEvalAndBoundFunc TemporalEvalAndBound(const char* name) {
+  return SameRowName(name, "NxDate")        ? DateEvalAndBound
+         : SameRowName(name, "NxTime")      ? TimeEvalAndBound
+         : SameRowName(name, "NxDateTime")  ? DateTimeEvalAndBound
+         : SameRowName(name, "d_Date")      ? DDateEvalAndBound
+         : SameRowName(name, "d_Time")      ? DTimeEvalAndBound
+         : SameRowName(name, "d_Timestamp") ? DTimestampEvalAndBound
+                                            : IllegalEvalAndBound;
+}
+constexpr NxHashFunc TemporalHash(const char* name) {
+  return SameRowName(name, "NxDate")        ? DateHash
+         : SameRowName(name, "NxTime")      ? TimeHash
+         : SameRowName(name, "NxDateTime")  ? DateTimeHash
+         : SameRowName(name, "d_Date")      ? DDateHash
+         : SameRowName(name, "d_Time")      ? DTimeHash
+         : SameRowName(name, "d_Timestamp") ? DTimestampHash
+                                            : IllegalHash;
+}
 
 // `row` with its Hash slot set, for rows defined in one expression.
 constexpr NxTypeDesc WithHash(NxTypeDesc row, NxHashFunc hash) {

@@ -721,6 +721,8 @@ struct Row {
     row.SizeGet = T::SizeGet;
     row.SizeGetFromMemFile = T::SizeGetFromMemFile;
     row.Compare = T::Compare;
+    row.EvalAndBound = T::EvalAndBound;
+    row.Hash = T::Hash;
     row.ConvertTo = ConvertTo;
     row.ConvertFrom = ConvertFrom;
     row.Constructor = T::Constructor;
@@ -798,7 +800,6 @@ NXTM_IDENTIFIER_ROW_MEMBERS(NxRef, RefRow)
 
 namespace nxrows {
 
-// EvalAndBound and Hash of these rows are still those of `illegal`.
 NxTypeDesc objIdRow = ObjIdRow::Describe("NxObjId");
 NxTypeDesc classIdRow = ClassIdRow::Describe("NxClassId");
 NxTypeDesc refRow = RefRow::Describe("NxRef");

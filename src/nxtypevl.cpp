@@ -390,3 +390,353 @@ float NullInt64EvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value
 }
 
 }  // namespace nxrows
+
+// ---------------------------------------------------------------------------
+// Dates and times, NxInt64, NxBoolean and the identifiers.  Each turns a key
+// into one number made for the estimate alone (some count months of 31 days
+// or leave fields out) and measures with RangeArea or with plain positions.
+
+namespace {
+
+// The fields of a key: the year through the byte order of `format`, single
+// bytes as they stand, signed.
+inline int16_t KeyYear(const void* key, unsigned char format) {
+  int16_t year;
+  ShortStore(&year, key, format, 1);
+  return year;
+}
+inline int KeyByte(const void* key, int offset) {
+  return static_cast<signed char>(static_cast<const unsigned char*>(key)[offset]);
+}
+inline void PutKeyYear(void* key, int year, unsigned char format) {
+  if (key == nullptr) return;
+  const int16_t y = static_cast<int16_t>(year);
+  ShortStore(key, &y, format, 1);
+}
+inline void PutKeyByte(void* key, int offset, unsigned char byte) {
+  if (key != nullptr) static_cast<unsigned char*>(key)[offset] = byte;
+}
+
+inline int32_t DayNumber(int year, int month, int day) {
+  return static_cast<int32_t>(NxDate(year, month, day));
+}
+inline int32_t DateKeyNumber(const void* key, unsigned char format) {
+  return DayNumber(KeyYear(key, format), KeyByte(key, 2), KeyByte(key, 3));
+}
+
+// A 64-bit difference cut to 32 bits, as a 32-bit machine computes it.
+inline int32_t Wrapped(int64_t value) {
+  return static_cast<int32_t>(static_cast<uint32_t>(static_cast<uint64_t>(value)));
+}
+
+// The first day that a span of dates may start on, day number 0, and the
+// last year it may reach.
+constexpr int kFirstYear = -4713;
+constexpr int kFirstMonth = 11;
+constexpr int kFirstDay = 24;
+constexpr int kLastYear = 32766;
+
+// NxTime: seconds of the day.  NxDateTime: minutes, in months of 31 days;
+// the seconds are not read.
+inline int32_t TimeKeyNumber(const void* key) {
+  return (KeyByte(key, 0) * 60 + KeyByte(key, 1)) * 60 + KeyByte(key, 2);
+}
+inline double DateTimeKeyNumber(const void* key, unsigned char format) {
+  const double months = KeyYear(key, format) * 12.0 + KeyByte(key, 2);
+  return (((months * 31.0 + KeyByte(key, 3)) * 24.0 + KeyByte(key, 4)) * 60.0) + KeyByte(key, 5);
+}
+
+// d_Date: days in months of 31, from the year -40000.  d_Time: the stored
+// hour, minute and second (the zone and the hundredths do not count).
+// d_Timestamp: seconds, where an hour steps as far as a day does.
+inline int32_t StandardDateNumber(int year, int month, int day) {
+  return day + 31 * (month + 12 * (year + 40000));
+}
+inline int32_t StandardTimeKeyNumber(const void* key) {
+  return (KeyByte(key, 2) * 60 + KeyByte(key, 3)) * 60 + KeyByte(key, 4);
+}
+inline double TimestampKeyNumber(const void* key, unsigned char format) {
+  const double months = (KeyYear(key, format) + 40000.0) * 12.0 + KeyByte(key, 2);
+  return ((months * 31.0 + KeyByte(key, 3) + KeyByte(key, 6)) * 60.0 + KeyByte(key, 7)) * 60.0;
+}
+
+// The estimate by position: the value's place in the range counted from 1,
+// not brought back to the range's ends, so a value outside the range can
+// give more than the whole range.
+template <typename Number>
+double PositionArea(unsigned short op, Number v, Number low, Number width) {
+  const Number rel = v - low + 1;
+  Number area = 0;
+  if ((op & 2) != 0) area = rel - 1;
+  if ((op & 4) != 0) area += width - rel;
+  if ((op & 1) != 0) area += 1;
+  return area < 0 ? 0.0 : static_cast<double>(area);
+}
+
+// NxObjId: `high` weighs 65535, not 2^32.  NxRef: the whole number space of
+// database, high and low.
+inline double ObjIdKeyNumber(const void* key, unsigned char format) {
+  const unsigned char* p = static_cast<const unsigned char*>(key);
+  uint32_t low;
+  uint16_t high;
+  LongStore(&low, p + 4, format, 1);
+  ShortStore(&high, p + 8, format, 1);
+  return high * 65535.0 + low;
+}
+constexpr double kRefTotal = 4294967295.0 * 4294967295.0;
+
+inline double Int64Number(const NxInt64& n) {
+  return static_cast<double>(n.high) * 4294967296.0 + static_cast<double>(n.low);
+}
+
+}  // namespace
+
+namespace nxrows {
+
+// A value with wild fields (-1) stands for the span of dates it matches: its
+// ends enter the estimate, and the open ends of `narrowed` become the first
+// and the last day of the span.  Bit 3 of `op` tells the caller so.
+float DateEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                       uint32_t count, NxIdxBounds* narrowed) {
+  op &= 0x800F;
+  int32_t lowNumber = 0;
+  int32_t highNumber = 0;
+  if (bounds != nullptr) {
+    lowNumber = DateKeyNumber(bounds->low, format);
+    highNumber = DateKeyNumber(bounds->high, format);
+  }
+  NarrowBounds(narrowed, value, op, count * 4);
+  void* lowKey = narrowed != nullptr ? narrowed->low : nullptr;
+  void* highKey = narrowed != nullptr ? narrowed->high : nullptr;
+
+  int fromYear, toYear, fromMonth, toMonth, fromDay, toDay;
+  const int year = KeyYear(value, format);
+  if (year != -1) {
+    fromYear = toYear = year;
+  } else {
+    fromYear = kFirstYear;
+    toYear = kLastYear;
+    PutKeyYear(lowKey, fromYear, format);
+    PutKeyYear(highKey, toYear, format);
+    op |= 8;
+  }
+  const int month = KeyByte(value, 2);
+  if (month != -1) {
+    toMonth = month;
+    fromMonth = fromYear == kFirstYear && month < kFirstMonth ? kFirstMonth : month;
+  } else {
+    fromMonth = fromYear == kFirstYear ? kFirstMonth : 1;
+    toMonth = 12;
+    PutKeyByte(lowKey, 2, static_cast<unsigned char>(fromMonth));
+    PutKeyByte(highKey, 2, static_cast<unsigned char>(toMonth));
+    op |= 8;
+  }
+  const bool firstMonth = fromYear == kFirstYear && fromMonth == kFirstMonth;
+  const int day = KeyByte(value, 3);
+  if (day != -1) {
+    toDay = day;
+    fromDay = firstMonth && day < kFirstDay ? kFirstDay : day;
+  } else {
+    fromDay = firstMonth ? kFirstDay : 1;
+    const bool december = toMonth == 12;
+    toDay = DayNumber(december ? toYear + 1 : toYear, december ? 1 : toMonth + 1, 1) -
+            DayNumber(toYear, toMonth, 1);
+    PutKeyByte(lowKey, 3, static_cast<unsigned char>(fromDay));
+    PutKeyByte(highKey, 3, static_cast<unsigned char>(toDay));
+    op |= 8;
+  }
+  const double area = RangeArea(op, DayNumber(fromYear, fromMonth, fromDay),
+                                DayNumber(toYear, toMonth, toDay), lowNumber, highNumber, 1.0);
+  const int32_t width = Wrapped(int64_t{highNumber} - lowNumber + 1);
+  return ToFloat(area / width);
+}
+
+float TimeEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char,
+                       uint32_t count, NxIdxBounds* narrowed) {
+  op &= 0x800F;
+  int32_t lowNumber = 0;
+  int32_t highNumber = 0;
+  if (bounds != nullptr) {
+    lowNumber = TimeKeyNumber(bounds->low);
+    highNumber = TimeKeyNumber(bounds->high);
+  }
+  const int32_t v = TimeKeyNumber(value);
+  const double area = RangeArea(op, v, v, lowNumber, highNumber, 1.0);
+  NarrowBounds(narrowed, value, op, count * 3);
+  return ToFloat(area / (highNumber - lowNumber + 1));
+}
+
+float DateTimeEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                           unsigned char format, uint32_t count, NxIdxBounds* narrowed) {
+  op &= 0x800F;
+  double lowNumber = 0.0;
+  double highNumber = 0.0;
+  if (bounds != nullptr) {
+    lowNumber = DateTimeKeyNumber(bounds->low, format);
+    highNumber = DateTimeKeyNumber(bounds->high, format);
+  }
+  const double v = DateTimeKeyNumber(value, format);
+  const double area = RangeArea(op, v, v, lowNumber, highNumber, 1.0);
+  NarrowBounds(narrowed, value, op, count * 7);
+  return ToFloat(area / (highNumber - lowNumber + 1.0));
+}
+
+// A wild year makes the whole range qualify.  A wild month or day is seen
+// in the narrowed keys, which then run from the byte 0x80 to 0x7F in that
+// field; without keys the 0xFF of the value counts as -1.
+float DDateEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                        uint32_t count, NxIdxBounds* narrowed) {
+  op &= 0x800F;
+  int32_t lowNumber = 0;
+  int32_t highNumber = 0;
+  if (bounds != nullptr) {
+    lowNumber = StandardDateNumber(KeyYear(bounds->low, format), KeyByte(bounds->low, 2),
+                                   KeyByte(bounds->low, 3));
+    highNumber = StandardDateNumber(KeyYear(bounds->high, format), KeyByte(bounds->high, 2),
+                                    KeyByte(bounds->high, 3));
+  }
+  const int64_t width = int64_t{highNumber} - lowNumber + 1;
+  NarrowBounds(narrowed, value, op, count * 4);
+  unsigned char* lowKey = narrowed != nullptr ? static_cast<unsigned char*>(narrowed->low) : nullptr;
+  unsigned char* highKey =
+      narrowed != nullptr ? static_cast<unsigned char*>(narrowed->high) : nullptr;
+
+  int year = KeyYear(value, format);
+  const bool wildYear = year == -1;
+  if (wildYear) {
+    PutKeyYear(highKey, 32767, format);
+    PutKeyYear(lowKey, -32768, format);
+    year = 0;
+  }
+  int fields[2];  // month, day
+  const int wildValue[2] = {12, 31};
+  for (int i = 0; i < 2; ++i) {
+    const int offset = 2 + i;
+    const bool wild = (highKey != nullptr && highKey[offset] == 0xFF) ||
+                      (lowKey != nullptr && lowKey[offset] == 0xFF);
+    if (wild) {
+      PutKeyByte(highKey, offset, 0x7F);
+      PutKeyByte(lowKey, offset, 0x80);
+      fields[i] = wildValue[i];
+    } else {
+      fields[i] = KeyByte(value, offset);
+    }
+  }
+  double area = static_cast<double>(width);
+  if (!wildYear) {
+    const int64_t v = StandardDateNumber(year, fields[0], fields[1]);
+    area = PositionArea<int64_t>(op, v, lowNumber, width);
+  }
+  if (area < 0.0) area = 0.0;
+  return ToFloat(area / static_cast<double>(width));
+}
+
+float DTimeEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char,
+                        uint32_t count, NxIdxBounds* narrowed) {
+  op &= 0x800F;
+  int64_t lowNumber = 0;
+  int64_t highNumber = 0;
+  if (bounds != nullptr) {
+    lowNumber = StandardTimeKeyNumber(bounds->low);
+    highNumber = StandardTimeKeyNumber(bounds->high);
+  }
+  const int64_t width = highNumber - lowNumber + 1;
+  const double area = PositionArea<int64_t>(op, StandardTimeKeyNumber(value), lowNumber, width);
+  NarrowBounds(narrowed, value, op, count * 6);
+  return ToFloat(area / static_cast<double>(width));
+}
+
+float DTimestampEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                             unsigned char format, uint32_t count, NxIdxBounds* narrowed) {
+  op &= 0x800F;
+  double lowNumber = 0.0;
+  double highNumber = 0.0;
+  if (bounds != nullptr) {
+    lowNumber = TimestampKeyNumber(bounds->low, format);
+    highNumber = TimestampKeyNumber(bounds->high, format);
+  }
+  const double width = highNumber - lowNumber + 1.0;
+  const double area =
+      PositionArea<double>(op, TimestampKeyNumber(value, format), lowNumber, width);
+  NarrowBounds(narrowed, value, op, count * 10);
+  return ToFloat(area / width);
+}
+
+// Doubles hold 53 bits: values so close that their doubles are equal get an
+// area of 0 from RangeArea, which the 64-bit comparison corrects to one key
+// when the value lies inside what `op` keeps.
+float Int64EvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                        uint32_t count, NxIdxBounds* narrowed) {
+  NxInt64 v;
+  Int64Load(&v, value, format, 1);
+  double low = 0.0;
+  double high = 0.0;
+  double area = 0.0;
+  if (bounds != nullptr) {
+    NxInt64 h, l;
+    Int64Load(&h, bounds->high, format, 1);
+    Int64Load(&l, bounds->low, format, 1);
+    low = Int64Number(l);
+    high = Int64Number(h);
+    const double at = Int64Number(v);
+    area = RangeArea(op, at, at, low, high, 1.0);
+    if (area == 0.0) {
+      const bool belowLow = (op & 4) == 0 && !(l <= v);
+      const bool aboveHigh = (op & 2) == 0 && !(v <= h);
+      if (!belowLow && !aboveHigh) area = 1.0;
+    }
+  }
+  NarrowBounds(narrowed, value, op, count * 8);
+  return ToFloat(area / (high - low + 1.0));
+}
+
+// Three values, null among them: any range is a third of them whatever the
+// value and the operator.
+float BooleanEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char,
+                          uint32_t count, NxIdxBounds* narrowed) {
+  const double area = bounds != nullptr ? 1.0 : 0.0;
+  NarrowBounds(narrowed, value, op, count);
+  return static_cast<float>(area / 3.0);
+}
+
+}  // namespace nxrows
+
+float NxObjId::EvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                            unsigned char format, uint32_t count, NxIdxBounds* narrowed) {
+  double lowNumber = 0.0;
+  double highNumber = 0.0;
+  if (bounds != nullptr) {
+    lowNumber = ObjIdKeyNumber(bounds->low, format);
+    highNumber = ObjIdKeyNumber(bounds->high, format);
+  }
+  const double v = ObjIdKeyNumber(value, format);
+  const double area = RangeArea(op, v, v, lowNumber, highNumber, 1.0);
+  NarrowBounds(narrowed, value, op, count * 10);
+  return ToFloat(area / (highNumber - lowNumber + 1.0));
+}
+
+// Class ids carry no order that a range could measure: every range keeps
+// all of them, and nothing is narrowed.
+float NxClassId::EvalAndBound(NxIdxBounds*, unsigned short&, void*, unsigned char, uint32_t,
+                              NxIdxBounds*) {
+  return 1.0f;
+}
+
+// The range is always the whole number space of references: the bounds are
+// not read.
+float NxRef::EvalAndBound(NxIdxBounds*, unsigned short& op, void* value, unsigned char format,
+                          uint32_t count, NxIdxBounds* narrowed) {
+  const unsigned char* p = static_cast<const unsigned char*>(value);
+  uint32_t low;
+  uint16_t highAndDatabase[2];
+  LongStore(&low, p + 4, format, 1);
+  ShortStore(highAndDatabase, p + 8, format, 2);
+  const double v = (highAndDatabase[1] * 65535.0 + highAndDatabase[0]) * 4294967295.0 + low;
+  op &= 0x800F;
+  double area = 0.0;
+  if ((op & 2) != 0) area = v;
+  if ((op & 4) != 0) area += kRefTotal - (v + 1.0);
+  if ((op & 1) != 0) area += 1.0;
+  NarrowBounds(narrowed, value, op, count * 14);
+  return ToFloat(area / kRefTotal);
+}

@@ -420,3 +420,226 @@ uint32_t NullInt64Hash(unsigned char format, uint32_t length, void* value, uint3
 }
 
 }  // namespace nxrows
+
+// ---------------------------------------------------------------------------
+// NxBoolean, NxSeal, the dates and times, and the identifiers.
+
+namespace {
+
+inline uint32_t SignedByte(const unsigned char* p, int offset) {
+  return Widened(static_cast<signed char>(p[offset]));
+}
+
+// The year of a date field: as it stands in memory form, otherwise through
+// the byte order of `format`.
+inline int16_t YearAt(const unsigned char* p, bool memory, unsigned char format) {
+  int16_t year;
+  if (memory)
+    std::memcpy(&year, p, sizeof year);
+  else
+    ShortStore(&year, p, format, 1);
+  return year;
+}
+
+// (year * 256 + month) * 256 + day, all signed.
+inline uint32_t DateFields(const unsigned char* p, bool memory, unsigned char format) {
+  return (Widened(YearAt(p, memory, format)) * 256u + SignedByte(p, 2)) * 256u + SignedByte(p, 3);
+}
+
+// (hour * 256 + minute) * 256 + second, all signed.
+inline uint32_t TimeFields(const unsigned char* p) {
+  return (SignedByte(p, 0) * 256u + SignedByte(p, 1)) * 256u + SignedByte(p, 2);
+}
+
+// d_Date: the month and the day are signed bytes taken as 16-bit unsigned
+// numbers; the year is signed, or in the memory form of d_Timestamp
+// unsigned.
+inline uint32_t StandardDateFields(const unsigned char* p, bool memory, unsigned char format,
+                                   bool unsignedYear) {
+  const int16_t year = YearAt(p, memory, format);
+  const uint32_t y = unsignedYear ? uint32_t{static_cast<uint16_t>(year)} : Widened(year);
+  const auto wide = [p](int offset) {
+    return uint32_t{static_cast<uint16_t>(static_cast<int16_t>(static_cast<signed char>(p[offset])))};
+  };
+  return (y * 256u + wide(2)) * 256u + wide(3);
+}
+
+// The memory form of a d_Time (zoneHour, zoneMinute, hour, minute, second,
+// hundredth): the local hour and minute in the high half, the whole seconds
+// as a signed 16-bit number added below.
+inline uint32_t StandardTimeMemory(const unsigned char* p) {
+  const int zoneHour = static_cast<signed char>(p[0]);
+  const int zoneMinute = static_cast<signed char>(p[1]);
+  const int hour = static_cast<signed char>(p[2]);
+  const int minute = static_cast<signed char>(p[3]);
+  const int second = static_cast<signed char>(p[4]);
+  const int hundredth = static_cast<signed char>(p[5]);
+  const uint32_t local =
+      uint32_t{static_cast<uint16_t>(minute - zoneMinute)} +
+      uint32_t{static_cast<uint16_t>(hour - zoneHour)} * 256u;
+  const float seconds = static_cast<float>(second) + static_cast<float>(hundredth) / 100.0f;
+  const int16_t s = static_cast<int16_t>(static_cast<int>(seconds));  // toward zero, |s| < 130
+  return local * 65536u + Widened(s);
+}
+
+// The disk form of a d_Time: its six bytes folded, unsigned or signed.
+inline uint32_t FoldedTime(const unsigned char* p, bool signedBytes) {
+  uint32_t x = 0;
+  for (int i = 0; i < 6; ++i)
+    x = x * 16u ^ (signedBytes ? SignedByte(p, i) : uint32_t{p[i]});
+  return x;
+}
+
+// A field of an identifier on disk: assembled least significant byte first,
+// whatever the format says.
+template <typename T>
+inline uint32_t DiskField(const unsigned char* p) {
+  uint32_t v = 0;
+  for (size_t i = sizeof(T); i-- > 0;) v = v << 8 | p[i];
+  return v;
+}
+
+// An element of memory form as its class.
+template <typename T>
+inline T Element(const unsigned char* p) {
+  T v;
+  std::memcpy(static_cast<void*>(&v), p, sizeof v);
+  return v;
+}
+
+}  // namespace
+
+namespace nxrows {
+
+uint32_t BooleanHash(unsigned char, uint32_t length, void* value, uint32_t count, int& status) {
+  // The byte is the same in memory and on disk; null (255) hashes as -1.
+  return kHashMultiplier * HashWalk(1, length, value, count, status, [](const unsigned char* p) {
+           return SignedByte(p, 0);
+         });
+}
+
+uint32_t SealHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                  int& status) {
+  // The forms 8 and 1 are read as they stand, as in every row; other forms
+  // are decoded as the row's Load does, most significant byte first.  (So a
+  // key of format 1, whose bytes are the same as in format 2, hashes with
+  // the bytes of each word turned.)
+  const unsigned char form = format & 0x0F;
+  const bool direct = form == 8 || form == 1;
+  return kHashMultiplier *
+         HashWalk(6, length, value, count, status, [direct](const unsigned char* p) {
+           uint32_t x = 0;
+           for (int i = 0; i < 6; i += 2) {
+             uint16_t word;
+             if (direct)
+               std::memcpy(&word, p + i, sizeof word);
+             else
+               word = static_cast<uint16_t>(p[i] << 8 | p[i + 1]);
+             x ^= word;
+           }
+           return x;
+         });
+}
+
+uint32_t DateHash(unsigned char format, uint32_t length, void* value, uint32_t count, int& status) {
+  const bool memory = (format & 0x0F) == 8;
+  return kHashMultiplier * HashWalk(4, length, value, count, status,
+                                    [memory, format](const unsigned char* p) {
+                                      return DateFields(p, memory, format);
+                                    });
+}
+
+uint32_t TimeHash(unsigned char, uint32_t length, void* value, uint32_t count, int& status) {
+  return kHashMultiplier * HashWalk(3, length, value, count, status, TimeFields);
+}
+
+uint32_t DateTimeHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                      int& status) {
+  // Memory has a byte of padding behind the seconds; the disk form has not.
+  const bool memory = format == 8;
+  return kHashMultiplier * HashWalk(memory ? 8 : 7, length, value, count, status,
+                                    [memory, format](const unsigned char* p) {
+                                      return DateFields(p, memory, format) ^ TimeFields(p + 4);
+                                    });
+}
+
+uint32_t DDateHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                   int& status) {
+  const bool memory = format == 8;
+  return kHashMultiplier * HashWalk(4, length, value, count, status,
+                                    [memory, format](const unsigned char* p) {
+                                      return StandardDateFields(p, memory, format, false);
+                                    });
+}
+
+// The two forms of d_Time and d_Timestamp hash the same value differently.
+uint32_t DTimeHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                   int& status) {
+  const bool memory = format == 8;
+  return kHashMultiplier *
+         HashWalk(6, length, value, count, status, [memory](const unsigned char* p) {
+           return memory ? StandardTimeMemory(p) : FoldedTime(p, false);
+         });
+}
+
+uint32_t DTimestampHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                        int& status) {
+  const bool memory = format == 8;
+  return kHashMultiplier *
+         HashWalk(10, length, value, count, status, [memory, format](const unsigned char* p) {
+           if (memory) return StandardDateFields(p, true, format, true) ^ StandardTimeMemory(p + 4);
+           return DateFields(p, false, format) ^ FoldedTime(p + 4, true);
+         });
+}
+
+}  // namespace nxrows
+
+// The identifiers hash the object number (and the database), never the
+// block or the class of a reference.  The whole value is read: a stated
+// length is not looked at, and `status` stays 0.
+namespace {
+
+template <typename Element>
+uint32_t IdentifierHash(uint32_t width, void* value, uint32_t count, int& status,
+                        Element element) {
+  return kHashMultiplier * HashWalk(width, 0, value, count, status, element);
+}
+
+}  // namespace
+
+uint32_t NxObjId::Hash(unsigned char format, uint32_t, void* value, uint32_t count, int& status) {
+  if (format == 8) {
+    return IdentifierHash(sizeof(NxObjId), value, count, status, [](const unsigned char* p) {
+      const NxObjId id = Element<NxObjId>(p);
+      return id.low ^ id.high;
+    });
+  }
+  return IdentifierHash(10, value, count, status, [](const unsigned char* p) {
+    return DiskField<uint32_t>(p + 4) ^ DiskField<uint16_t>(p + 8);
+  });
+}
+
+uint32_t NxClassId::Hash(unsigned char format, uint32_t, void* value, uint32_t count,
+                         int& status) {
+  if (format == 8) {
+    return IdentifierHash(sizeof(NxClassId), value, count, status, [](const unsigned char* p) {
+      const NxClassId id = Element<NxClassId>(p);
+      return uint32_t{id.classNumber} ^ id.version;
+    });
+  }
+  return IdentifierHash(4, value, count, status, [](const unsigned char* p) {
+    return DiskField<uint16_t>(p) ^ DiskField<uint16_t>(p + 2);
+  });
+}
+
+uint32_t NxRef::Hash(unsigned char format, uint32_t, void* value, uint32_t count, int& status) {
+  if (format == 8) {
+    return IdentifierHash(sizeof(NxRef), value, count, status, [](const unsigned char* p) {
+      const NxRef ref = Element<NxRef>(p);
+      return ref.objId.low ^ ref.objId.high ^ ref.database;
+    });
+  }
+  return IdentifierHash(14, value, count, status, [](const unsigned char* p) {
+    return DiskField<uint32_t>(p + 4) ^ DiskField<uint16_t>(p + 8) ^ DiskField<uint16_t>(p + 10);
+  });
+}

@@ -19,7 +19,7 @@ check load-word-msb 0 "65534" -- "$nxtm" load NxWord fffe --format 2
 check load-float 0 "1.5" -- "$nxtm" load float 0000c03f
 check unknown-command 2 "unknown command" -- "$nxtm" frobnicate
 check unknown-type 2 "unknown type" -- "$nxtm" store nosuchtype 1
-check no-disk-form 2 "no disk form" -- "$nxtm" store NxSeal 1
+check no-disk-form 2 "no disk form" -- "$nxtm" store illegal 1
 check bad-value 2 "bad short value" -- "$nxtm" store short 70000
 check bad-format 2 "bad format" -- "$nxtm" store long 1 --format 3
 check bad-hex 2 "hex digit" -- "$nxtm" load long zz000000

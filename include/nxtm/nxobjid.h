@@ -118,6 +118,17 @@ class NXTM_API NxObjId {
   static NxString& PrintToString(NxString& result, void* value, const char* format, uint32_t count);
   static void* ScanFromString(void* value, NxString& text, const char* format, uint32_t count);
 
+  // The range estimate of the row: a key counts as `high` * 65535 + `low`,
+  // so keys of different `high` can share a number; narrowed keys are
+  // `count` * 10 bytes.  The hash is `low` ^ `high` of each element: the
+  // block never enters.  In disk form the fields are read least significant
+  // byte first whatever the format says, so format 2 hashes apart from
+  // memory and format 1.  `length` is not looked at.
+  static float EvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                           unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+  static uint32_t Hash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status);
+
   uint32_t block;  // block number; not part of identity
   uint32_t low;    // low 32 bits of the object number
   uint16_t high;   // high 16 bits of the object number
@@ -199,6 +210,15 @@ class NXTM_API NxClassId {
   static NxString& PrintToString(NxString& result, void* value, const char* format, uint32_t count);
   static void* ScanFromString(void* value, NxString& text, const char* format, uint32_t count);
 
+  // The range estimate is 1 for every range: it reads no argument and
+  // narrows nothing.  The hash is `classNumber` ^ `version` of each element,
+  // read on disk least significant byte first whatever the format says;
+  // `length` is not looked at.
+  static float EvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                           unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+  static uint32_t Hash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status);
+
   uint16_t classNumber;  // 0 in a reference: no class is named
   uint16_t version;
 };
@@ -267,6 +287,17 @@ class NXTM_API NxRef {
   // the row and the member functions default to "(%D:%H-%L#%B, %C)".
   static NxString& PrintToString(NxString& result, void* value, const char* format, uint32_t count);
   static void* ScanFromString(void* value, NxString& text, const char* format, uint32_t count);
+
+  // The range estimate measures against the whole number space of
+  // references, (database * 65535 + high) * (2^32 - 1) + low, and never reads
+  // `bounds`; it masks `op` with 0x800F and narrows to `count` * 14 bytes.
+  // The hash is `low` ^ `high` ^ `database` of each element (not the class),
+  // read on disk least significant byte first whatever the format says;
+  // `length` is not looked at.
+  static float EvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
+                           unsigned char format, uint32_t count, NxIdxBounds* narrowed);
+  static uint32_t Hash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                       int& status);
 
   NxObjId objId;
   uint16_t database;
