@@ -1,0 +1,500 @@
+// Tests of the string comparators: every record form against every other in
+// both byte orders, keys cut at every length, keys that ended at a change of
+// collation state, patterns against keys, the comparison options carried
+// through, nulls, arrays, and the legacy strings.  The references are
+// NxStrCmp on the texts themselves and byte order for text without a code
+// set.  Last, key order against text order on a few thousand real names.
+#include <nxtm/nxtm.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "string_keys.h"
+
+namespace {
+
+using nxtest::Bytes;
+using nxtest::Key;
+using nxtest::KeyRecord;
+using nxtest::MakeString;
+using nxtest::Sign;
+
+constexpr unsigned short kPlain = NxCMP_NO_WILDCARDS;
+
+int32_t Cmp(const Bytes& a, const Bytes& b, unsigned short cmpOp, int& status,
+            unsigned char format = 1, uint32_t length1 = 0, uint32_t length2 = 0,
+            uint32_t count = 1, bool old = false) {
+  return (old ? OldStringCompare : StringCompare)(
+      format, length1, const_cast<unsigned char*>(a.data()), length2,
+      const_cast<unsigned char*>(b.data()), cmpOp, count, status);
+}
+
+// The text order the keys must keep.
+int TextOrder(const NxString& a, const NxString& b, unsigned short cmpOp = kPlain) {
+  return Sign(NxStrCmp(a.codeSet, a.language, a.StrGet(), b.codeSet, b.language, b.StrGet(), cmpOp,
+                       -1, 8, nullptr));
+}
+
+// Names that the 8-bit code set holds, so that they fit old records too.
+const char* const kLatin[] = {"Lefèvre", "Lefebvre", "Léger",  "leger",        "Müller",
+                              "Mueller", "Muller",   "Ærø",    "van der Berg", "Van Der Berg",
+                              "O'Brien", "Obrien",   "Zoë",    "",             "a",
+                              "A",       "Ab",       "Straße", "Strasse",      "Çelik"};
+
+enum Form { kText, kKey, kOld };
+
+Bytes Record(const std::string& utf8, Form form, unsigned char format) {
+  switch (form) {
+    case kText: {
+      const NxString s = MakeString(utf8);
+      return nxtest::TextRecords(&s, 1, format);
+    }
+    case kKey:
+      return Key(utf8, format);
+    case kOld: {
+      const NxString s = MakeString(utf8, NxLANG_NEUTRAL, NxCS_CP1252);
+      return nxtest::OldRecord(&s, 1, format);
+    }
+  }
+  return {};
+}
+
+TEST(StringKeys, EveryRecordFormAgainstEveryOtherKeepsTheTextOrder) {
+  int compared = 0;
+  for (const char* x : kLatin) {
+    for (const char* y : kLatin) {
+      const NxString a = MakeString(x);
+      const NxString b = MakeString(y);
+      const int expected = TextOrder(a, b);
+      int status = -1;
+      // Memory form against itself.
+      EXPECT_EQ(expected, Sign(StringCompare(8, 0, const_cast<NxString*>(&a), 0,
+                                             const_cast<NxString*>(&b), kPlain, 1, status)))
+          << x << " | " << y;
+      EXPECT_EQ(0, status);
+      for (unsigned char format : {1, 2}) {
+        for (Form f1 : {kText, kKey, kOld}) {
+          for (Form f2 : {kText, kKey, kOld}) {
+            const Bytes r1 = Record(x, f1, format);
+            const Bytes r2 = Record(y, f2, format);
+            // Two old records hold text without a code set: byte order.
+            int want = expected;
+            if (f1 == kOld && f2 == kOld)
+              want = Sign(std::string(r1.begin() + 2, r1.end())
+                              .compare(std::string(r2.begin() + 2, r2.end())));
+            for (uint32_t stated : {0u, 1u}) {
+              EXPECT_EQ(want, Sign(Cmp(r1, r2, kPlain, status, format,
+                                       stated ? uint32_t(r1.size()) : 0,
+                                       stated ? uint32_t(r2.size()) : 0)))
+                  << x << " | " << y << " forms " << f1 << f2 << " format " << int(format);
+              EXPECT_EQ(0, status);
+            }
+            ++compared;
+          }
+        }
+      }
+    }
+  }
+  EXPECT_EQ(20 * 20 * 18, compared);
+}
+
+TEST(StringKeys, SoftCutIsWholeAndTheStateBitIsPartialEvenWhenWhole) {
+  const Bytes key = Key("abcdef");
+  int status = -1;
+  // A stated length that leaves out only the closing 0xFF.
+  EXPECT_EQ(0, Cmp(key, key, kPlain, status, 1, 0, uint32_t(key.size() - 1)));
+  EXPECT_EQ(0, status);
+  EXPECT_EQ(0, Cmp(key, key, kPlain, status, 1, uint32_t(key.size() - 1), 0));
+  EXPECT_EQ(0, status);
+
+  // "Li-" then a Han character: the key ends at the change of state.
+  const Bytes ended = Key("Li-李");
+  ASSERT_NE(0, ended[3] & 0x80);
+  EXPECT_EQ(0, Cmp(ended, Key("Li-"), kPlain, status));
+  EXPECT_EQ(2101, status);
+  // The bit doesn't reach the comparison: the state without it decides.
+  EXPECT_GT(Cmp(ended, Key("Li"), kPlain, status), 0);
+  EXPECT_EQ(2101, status);
+  // As the value held against a stored key, with wildcards on, it is a
+  // prefix: what starts with it matches, what is shorter is decided.
+  EXPECT_EQ(0, Cmp(Key("Li-abc"), ended, 0, status));
+  EXPECT_EQ(2101, status);
+  EXPECT_LT(Cmp(Key("Lh"), ended, 0, status), 0);
+  EXPECT_EQ(2101, status);
+}
+
+// A key cut at every length, held against whole keys: equal as far as the
+// bytes go and partial, decided where a difference lies within them, and
+// whole again from the length that leaves out only the closing 0xFF.
+TEST(StringKeys, KeysCutAtEveryLengthGiveTheExactStatus) {
+  for (unsigned char format : {1, 2}) {
+    const Bytes key = Key("Lefèvre", format);  // 7 orders
+    const uint32_t whole = uint32_t(key.size());
+    ASSERT_EQ(4u + 7 * 2 + 2, whole);
+    const Bytes same = Key("Lefèvre", format);
+    const Bytes other = Key("Lefebvre", format);  // differs at order 3
+    const Bytes shorter = Key("Lef", format);
+    for (uint32_t n = 1; n <= whole; ++n) {
+      const bool cut = n < whole - 1;
+      // Orders at hand: a half order at an odd length doesn't count.
+      const int32_t chars = n > 4 ? int32_t(n - 4) / 2 : 0;
+      int status = -1;
+      SCOPED_TRACE(testing::Message() << "format " << int(format) << " length " << n);
+
+      EXPECT_EQ(0, Cmp(key, same, kPlain, status, format, n));
+      EXPECT_EQ(cut ? 2101 : 0, status);
+      // Held the other way round, the stored key is whole.
+      EXPECT_EQ(0, Cmp(same, key, kPlain, status, format, 0, n));
+      EXPECT_EQ(cut ? 2101 : 0, status);
+
+      const int32_t r = Cmp(key, other, kPlain, status, format, n);
+      EXPECT_EQ(cut ? 2101 : 0, status);
+      EXPECT_EQ(chars > 3 || !cut ? Sign(Cmp(key, other, kPlain, status, format)) : 0, Sign(r));
+
+      // Against a text of 3 orders: up to 3 orders at hand nothing is
+      // known; with 4 the key is known to go on behind the text.
+      const int32_t s = Cmp(key, shorter, kPlain, status, format, n);
+      EXPECT_EQ(chars > 3 || !cut ? 1 : 0, Sign(s));
+      EXPECT_EQ(cut && chars <= 3 ? 2101 : 0, status);
+      // Ignoring spaces asks for the partial result on every cut.
+      Cmp(key, shorter, kPlain | NxCMP_IGNORE_SPACES, status, format, n);
+      EXPECT_EQ(cut ? 2101 : 0, status);
+    }
+  }
+}
+
+TEST(StringKeys, CutsWithMoreThanAKeyHoldsHaveNoAnswer) {
+  const std::string letters(200, 'x');
+  const Bytes key = Key(letters, 1, 300);  // longer than any index key
+  ASSERT_EQ(300u, key.size());
+  const Bytes other = Key("x");
+  for (uint32_t n : {258u, 260u, 299u}) {  // 254, 256, 295 bytes of text
+    int status = 0;
+    EXPECT_EQ(-1, Cmp(key, other, kPlain, status, 1, n));
+    EXPECT_EQ(-2999, status);
+    EXPECT_EQ(-1, Cmp(other, key, kPlain, status, 1, 0, n));
+    EXPECT_EQ(-2999, status);
+  }
+  int status = 0;
+  EXPECT_GT(Cmp(key, other, kPlain, status, 1, 257), 0);  // 253 bytes: a key may be cut so
+  EXPECT_EQ(0, status);
+  // A text record is no different.
+  const NxString s = MakeString(letters);
+  const Bytes text = nxtest::TextRecords(&s, 1);
+  EXPECT_EQ(-1, Cmp(text, other, kPlain, status, 1, 300));
+  EXPECT_EQ(-2999, status);
+}
+
+TEST(StringKeys, PatternsAgainstKeys) {
+  const char* const names[] = {"Lefèvre", "Lefebvre", "Léger", "Müller", "Mueller",
+                               "abbc",    "abc",      "",      "Zoë"};
+  const char* const patterns[] = {"Le*",  "*vre", "L*e",  "?efèvre", "*",   "L?ger", "a*bc",
+                                  "M*er", "*ü*",  "Lef?", "Lef*?",   "**e", "?"};
+  for (const char* name : names) {
+    const NxString text = MakeString(name);
+    for (const char* pattern : patterns) {
+      const NxString p = MakeString(pattern);
+      for (unsigned short op : {0, NxCMP_IGNORE_CASE | NxCMP_IGNORE_ACCENTS}) {
+        int status = -1;
+        const int32_t r = Cmp(KeyRecord(text), KeyRecord(p), op, status);
+        EXPECT_EQ(TextOrder(text, p, op) == 0, r == 0) << name << " ~ " << pattern;
+        EXPECT_EQ(0, status);
+      }
+    }
+  }
+
+  // A stored key cut behind 5 orders: a pattern that ends in its only
+  // asterisk is decided; one with text behind its asterisk isn't.
+  const Bytes cut = Key("abcdefgh");
+  const uint32_t five = 4 + 5 * 2;
+  int status = -1;
+  EXPECT_EQ(0, Cmp(cut, Key("ab*"), 0, status, 1, five));
+  EXPECT_EQ(0, status);
+  EXPECT_EQ(0, Cmp(cut, Key("a*h"), 0, status, 1, five));
+  EXPECT_EQ(2101, status);
+  EXPECT_NE(0, Cmp(cut, Key("ax*"), 0, status, 1, five));
+  EXPECT_EQ(0, status);
+  // With wildcards off the asterisk is an ordinary symbol, and the table of
+  // who is cut decides the status.
+  EXPECT_NE(0, Cmp(cut, Key("ab*"), kPlain, status, 1, five));
+  EXPECT_EQ(0, status);
+}
+
+TEST(StringKeys, ComparisonOptionsReachTheKeys) {
+  const char* const names[] = {"MÜLLER", "müller", "Muller", "muller", "Mül ler",
+                               "Mül-ler", "Mülle",  "Lefèvre", "LEFEVRE", "lefévre"};
+  const unsigned short ops[] = {kPlain,
+                                kPlain | NxCMP_IGNORE_CASE,
+                                kPlain | NxCMP_IGNORE_ACCENTS,
+                                kPlain | NxCMP_IGNORE_CASE | NxCMP_IGNORE_ACCENTS,
+                                kPlain | NxCMP_IGNORE_SPACES,
+                                kPlain | NxCMP_IGNORE_SYMBOLS,
+                                NxCMP_EXACT};
+  for (const char* x : names) {
+    for (const char* y : names) {
+      const NxString a = MakeString(x);
+      const NxString b = MakeString(y);
+      for (unsigned short op : ops) {
+        for (unsigned char format : {1, 2}) {
+          int status = -1;
+          EXPECT_EQ(TextOrder(a, b, op), Sign(Cmp(KeyRecord(a, format), KeyRecord(b, format), op,
+                                                  status, format)))
+              << x << " | " << y << " op " << std::hex << op;
+          EXPECT_EQ(0, status);
+        }
+      }
+    }
+  }
+}
+
+TEST(StringKeys, NullsOrderFirstAndEmptyStringsSecond) {
+  NxString null;
+  null.SetNullValue();
+  const NxString empty = MakeString("");
+  const NxString a = MakeString("a");
+  const NxString strings[] = {null, empty, a};
+  for (int i = 0; i < 3; ++i) {
+    for (int j = 0; j < 3; ++j) {
+      const int want = Sign(i - j);
+      int status = -1;
+      EXPECT_EQ(want, Sign(StringCompare(8, 0, const_cast<NxString*>(&strings[i]), 0,
+                                         const_cast<NxString*>(&strings[j]), kPlain, 1, status)));
+      EXPECT_EQ(want, Sign(Cmp(KeyRecord(strings[i]), KeyRecord(strings[j]), kPlain, status)))
+          << i << " " << j;
+      EXPECT_EQ(want, Sign(Cmp(nxtest::TextRecords(&strings[i], 1),
+                               nxtest::TextRecords(&strings[j], 1), kPlain, status, 2)));
+    }
+  }
+  // With wildcards on, a null is an empty text against the pattern.
+  int status = -1;
+  EXPECT_EQ(0, Cmp(KeyRecord(null), Key("*"), 0, status));
+  EXPECT_LT(Cmp(KeyRecord(null), Key("a*"), 0, status), 0);
+}
+
+TEST(StringKeys, ArraysCompareElementByElement) {
+  const NxString first[] = {MakeString("Lefèvre"), MakeString("Müller"), MakeString("Zoë")};
+  const NxString second[] = {MakeString("Lefèvre"), MakeString("Muller"), MakeString("Abc")};
+  int status = -1;
+  for (unsigned char format : {1, 2}) {
+    const Bytes a = nxtest::TextRecords(first, 3, format);
+    const Bytes b = nxtest::TextRecords(second, 3, format);
+    EXPECT_EQ(TextOrder(first[1], second[1]), Sign(Cmp(a, b, kPlain, status, format, 0, 0, 3)));
+    EXPECT_EQ(0, status);
+    EXPECT_EQ(0, Cmp(a, a, kPlain, status, format, 0, 0, 3));
+    EXPECT_EQ(0, status);
+    // A stated length that leaves 4 bytes behind the first element: no room
+    // for another record.
+    const uint32_t firstRecord = 4 + 7 * 2 + 2;
+    EXPECT_EQ(0, Cmp(a, a, kPlain, status, format, firstRecord + 4, 0, 2));
+    EXPECT_EQ(2101, status);
+    EXPECT_EQ(0, Cmp(a, a, kPlain, status, format, firstRecord + 5, 0, 2));
+    EXPECT_EQ(2101, status);  // the second element is cut after 1 byte
+  }
+  // Old records hold the whole array; their strings are walked by their
+  // terminators, in both rows.
+  NxString eight1[3], eight2[3];
+  for (int i = 0; i < 3; ++i) {
+    eight1[i] = first[i];
+    eight1[i].MapToCodeSet(NxCS_CP1252);
+    eight2[i] = second[i];
+    eight2[i].MapToCodeSet(NxCS_CP1252);
+  }
+  const Bytes old1 = nxtest::OldRecord(eight1, 3);
+  const Bytes old2 = nxtest::OldRecord(eight2, 3);
+  for (bool oldRow : {false, true}) {
+    EXPECT_EQ(0, Cmp(old1, old1, kPlain, status, 1, 0, 0, 3, oldRow));
+    EXPECT_EQ(0, status);
+    // "Müller" against "Muller": bytes decide between texts without a code set.
+    EXPECT_GT(Cmp(old1, old2, kPlain, status, 1, 0, 0, 3, oldRow), 0);
+    EXPECT_EQ(0, status);
+    // More elements than the record holds.
+    EXPECT_EQ(0, Cmp(old1, old1, kPlain, status, 1, 0, 0, 4, oldRow));
+    EXPECT_EQ(2101, status);
+  }
+  // The old row takes a cut record without its last byte for an old record.
+  EXPECT_EQ(0, Cmp(old1, old1, kPlain, status, 1, 2 + 5, 0, 1, true));
+  EXPECT_EQ(2101, status);
+}
+
+// The legacy strings: one record for the array, the byte map, and a
+// wildcard matcher of their own.
+template <class X>
+Bytes LegacyRecord(const std::vector<const char*>& texts, unsigned char format = 1) {
+  std::vector<X> objects(texts.begin(), texts.end());
+  NxTypeMgr mgr;
+  const char id = std::is_same<X, NxIString>::value ? NxTYPE_NxIString : NxTYPE_NxCaseIString;
+  Bytes disk(mgr.DiskLenGet(id, objects.data(), format, uint32_t(objects.size()), 8));
+  mgr.Store(id, disk.data(), objects.data(), format, uint32_t(objects.size()));
+  return disk;
+}
+
+template <class X>
+int32_t LegacyCmp(const Bytes& a, const Bytes& b, unsigned short cmpOp, int& status,
+                  uint32_t length1 = 0, uint32_t length2 = 0, uint32_t count = 1) {
+  const auto compare =
+      std::is_same<X, NxIString>::value ? NxIStringCompare : NxCaseIStringCompare;
+  return compare(1, length1, const_cast<unsigned char*>(a.data()), length2,
+                 const_cast<unsigned char*>(b.data()), cmpOp, count, status);
+}
+
+TEST(StringKeys, LegacyStringsMatchTheirWildcardsAndFallBackOnBytes) {
+  int status = -1;
+  const Bytes abc = LegacyRecord<NxIString>({"abc"});
+  EXPECT_EQ(0, LegacyCmp<NxIString>(abc, LegacyRecord<NxIString>({"a*c"}), 0, status));
+  EXPECT_NE(0, LegacyCmp<NxIString>(abc, LegacyRecord<NxIString>({"a\\*c"}), 0, status));
+  EXPECT_EQ(0, LegacyCmp<NxIString>(LegacyRecord<NxIString>({"a*c"}),
+                                    LegacyRecord<NxIString>({"a\\*c"}), 0, status));
+  EXPECT_EQ(0, LegacyCmp<NxIString>(abc, LegacyRecord<NxIString>({"?b?"}), 0, status));
+  EXPECT_GT(LegacyCmp<NxIString>(abc, LegacyRecord<NxIString>({"ab?d"}), 0, status), 0);
+  // With wildcards off the pattern is text.
+  EXPECT_NE(0, LegacyCmp<NxIString>(abc, LegacyRecord<NxIString>({"a*c"}), kPlain, status));
+
+  // Equal by the map but not in bytes ("A" with and without a grave accent
+  // maps to one byte with an accent weight of its own): NxIString falls back
+  // on the bytes, NxCaseIString folds case and weighs accents.
+  NxIString i1("ABC"), i2("abc");
+  EXPECT_NE(0, NxIStringCompare(8, 0, &i1, 0, &i2, 0, 1, status));
+  NxCaseIString c1("ABC"), c2("abc");
+  EXPECT_EQ(0, NxCaseIStringCompare(8, 0, &c1, 0, &c2, 0, 1, status));
+  EXPECT_EQ(0, status);
+  NxCaseIString c3("ABD");
+  EXPECT_LT(NxCaseIStringCompare(8, 0, &c1, 0, &c3, 0, 1, status), 0);
+
+  // A cut second operand: at 254 bytes or more no answer, below it the
+  // bytes at hand (one lost to the terminator).
+  const std::string longText(300, 'q');
+  const Bytes longRecord = LegacyRecord<NxIString>({longText.c_str()});
+  EXPECT_EQ(-1, LegacyCmp<NxIString>(abc, longRecord, kPlain, status, 0, 3 + 260));
+  EXPECT_EQ(-2999, status);
+  const Bytes qqq = LegacyRecord<NxIString>({"qqq"});
+  EXPECT_EQ(0, LegacyCmp<NxIString>(LegacyRecord<NxIString>({"qq"}), longRecord, kPlain, status,
+                                    0, 3 + 3));
+  // A cut first operand: partial while the other string reaches beyond the
+  // bytes at hand; a difference within them against a shorter string is
+  // certain.
+  EXPECT_EQ(0, LegacyCmp<NxIString>(longRecord, qqq, kPlain, status, 3 + 3));
+  EXPECT_EQ(2101, status);
+  EXPECT_GT(LegacyCmp<NxIString>(longRecord, LegacyRecord<NxIString>({"qa"}), kPlain, status, 6),
+            0);
+  EXPECT_EQ(0, status);
+
+  // Arrays: element by element, and a stated length that ends the record.
+  const Bytes two = LegacyRecord<NxCaseIString>({"abc", "def"});
+  EXPECT_EQ(0, LegacyCmp<NxCaseIString>(two, LegacyRecord<NxCaseIString>({"ABC", "DEF"}), kPlain,
+                                        status, 0, 0, 2));
+  EXPECT_EQ(0, status);
+  EXPECT_LT(LegacyCmp<NxCaseIString>(two, LegacyRecord<NxCaseIString>({"abc", "deg"}), kPlain,
+                                     status, 0, 0, 2),
+            0);
+  EXPECT_EQ(0, LegacyCmp<NxCaseIString>(two, two, kPlain, status, 0, 0, 3));
+  EXPECT_EQ(2101, status);
+}
+
+TEST(StringKeys, LegacyRawKeysAgainstPatterns) {
+  NxTypeMgr mgr;
+  // A mapped key (raw, form 0xC0) of "abcdef".
+  NxCaseIString value("abcdef");
+  Bytes key(16);
+  key.resize(mgr.Translate(NxTYPE_NxCaseIString, key.data(), 0x81, 16, &value, 8, 0, 1));
+  ASSERT_EQ(0xC0, key[0]);
+  int status = -1;
+  const auto pattern = [](const char* p) { return LegacyRecord<NxCaseIString>({p}); };
+  EXPECT_EQ(0, LegacyCmp<NxCaseIString>(key, pattern("*"), 0, status));
+  EXPECT_EQ(0, status);
+  EXPECT_EQ(0, LegacyCmp<NxCaseIString>(key, pattern("ABC*"), 0, status));
+  EXPECT_EQ(2101, status);
+  EXPECT_NE(0, LegacyCmp<NxCaseIString>(key, pattern("ABD*"), 0, status));
+  EXPECT_EQ(2101, status);
+  // NxIString takes a raw key against a pattern as undecided.
+  Bytes iKey(16);
+  NxIString iValue("abcdef");
+  iKey.resize(mgr.Translate(NxTYPE_NxIString, iKey.data(), 0x81, 16, &iValue, 8, 0, 1));
+  EXPECT_EQ(0, LegacyCmp<NxIString>(iKey, LegacyRecord<NxIString>({"zz*"}), 0, status));
+  EXPECT_EQ(2101, status);
+  EXPECT_EQ(0, LegacyCmp<NxIString>(iKey, LegacyRecord<NxIString>({"*"}), 0, status));
+  EXPECT_EQ(0, status);
+}
+
+// ---------------------------------------------------------------------------
+// Key order against text order.
+
+std::vector<std::string> ShuffledNames(size_t extra) {
+  std::vector<std::string> names(nxtest::kNames, nxtest::kNames + nxtest::kNameCount);
+  std::mt19937 rng(20261205);
+  const size_t real = names.size();
+  const char* const joints[] = {" ", "-", "", ", "};
+  for (size_t i = 0; i < extra; ++i)
+    names.push_back(names[rng() % real] + joints[rng() % 4] + names[rng() % real]);
+  std::shuffle(names.begin(), names.end(), rng);
+  return names;
+}
+
+struct Entry {
+  NxString text;
+  Bytes key;
+  bool complete;  // neither cut nor ended at a change of state
+};
+
+// Sorting key records with the row's comparator gives the order NxStrCmp
+// gives their texts, wherever the key holds the whole text.  A key that
+// ended at a change of collation state (a Latin name followed by a Han
+// character) or was cut holds only a prefix: against it the comparator
+// reports 2101 wherever it can't follow the texts.
+TEST(StringKeys, KeyOrderIsTextOrder) {
+  const std::vector<std::string> names = ShuffledNames(4500);
+  std::vector<Entry> entries;
+  for (const std::string& name : names) {
+    Entry e{MakeString(name), {}, false};
+    e.key = KeyRecord(e.text, 1, NxINDEX_MAX_KEYLEN);
+    const uint32_t L = uint32_t(e.key[0] | e.key[1] << 8);
+    e.complete = (e.key[3] & 0x80) == 0 && L + 2 == e.key.size();
+    entries.push_back(std::move(e));
+  }
+  std::vector<const Entry*> complete;
+  for (const Entry& e : entries)
+    if (e.complete) complete.push_back(&e);
+  ASSERT_GT(complete.size(), 2500u);
+  ASSERT_LT(complete.size(), entries.size());
+
+  std::vector<const Entry*> byKey = complete;
+  std::stable_sort(byKey.begin(), byKey.end(), [](const Entry* a, const Entry* b) {
+    int status = 0;
+    return Cmp(a->key, b->key, kPlain, status, 1, uint32_t(a->key.size()),
+               uint32_t(b->key.size())) < 0;
+  });
+  std::vector<const Entry*> byText = complete;
+  std::stable_sort(byText.begin(), byText.end(), [](const Entry* a, const Entry* b) {
+    return TextOrder(a->text, b->text) < 0;
+  });
+  for (size_t i = 0; i < byKey.size(); ++i)
+    ASSERT_EQ(0, TextOrder(byKey[i]->text, byText[i]->text)) << "place " << i;
+
+  // Every pair that involves a prefix: either the signs agree, or the
+  // comparator said it couldn't tell.
+  int prefixes = 0;
+  for (const Entry& a : entries) {
+    if (a.complete) continue;
+    ++prefixes;
+    for (size_t j = 0; j < entries.size(); j += 7) {
+      const Entry& b = entries[j];
+      for (int side = 0; side < 2; ++side) {
+        const Entry& x = side == 0 ? a : b;
+        const Entry& y = side == 0 ? b : a;
+        int status = 0;
+        const int r = Sign(Cmp(x.key, y.key, kPlain, status, 1, uint32_t(x.key.size()),
+                               uint32_t(y.key.size())));
+        if (r != TextOrder(x.text, y.text)) {
+          ASSERT_EQ(2101, status);
+        }
+      }
+    }
+  }
+  EXPECT_GT(prefixes, 10);
+}
+
+}  // namespace
