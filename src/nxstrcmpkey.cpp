@@ -28,6 +28,7 @@ constexpr int64_t kLongestCut = NxINDEX_MAX_KEYLEN;
 constexpr unsigned short kNoWildcards = NxCMP_NO_WILDCARDS;
 constexpr unsigned short kExact = NxCMP_EXACT;
 constexpr unsigned short kIgnoreSpaces = NxCMP_IGNORE_SPACES;
+constexpr unsigned short kIgnoreSymbols = NxCMP_IGNORE_SYMBOLS;
 constexpr unsigned char kOrderText = NxCS_ORDERS;
 
 inline unsigned Width(unsigned char codeSet) {
@@ -82,16 +83,26 @@ struct Stated {
   unsigned Byte(int64_t offset) const {
     return !Limited() || offset < length ? base[offset] : 0u;
   }
+  // A 16-bit field in the byte order of `format`, decoded as the base
+  // library's ShortStore decodes it (2 most significant byte first, 8 the
+  // machine's order, anything else least significant first), inline: it is
+  // read for every record of every comparison.
   uint32_t Short(int64_t offset, unsigned char format) const {
-    if (!Limited() || offset + 2 <= length) {
-      uint16_t value;
-      ShortStore(&value, base + offset, format, 1);
-      return value;
+    const unsigned first = Byte(offset);
+    const unsigned second = Byte(offset + 1);
+    switch (format & 0x0F) {
+      case 2:
+        return first << 8 | second;
+      case 8: {
+        const unsigned char two[2] = {static_cast<unsigned char>(first),
+                                      static_cast<unsigned char>(second)};
+        uint16_t value;
+        std::memcpy(&value, two, 2);
+        return value;
+      }
+      default:
+        return first | second << 8;
     }
-    unsigned char two[2] = {static_cast<unsigned char>(Byte(offset)), 0};
-    uint16_t value;
-    ShortStore(&value, two, format, 1);
-    return value;
   }
 };
 
@@ -160,9 +171,10 @@ struct StringOperand {
     if (limited) {
       available = A - 2 < textLength ? A - 2 : textLength;
       if (available < 0) available = 0;
-      // A length field that promises more text than the stated bytes hold,
-      // without calling itself cut: the text is read as far as it goes.
-      if (available < textLength && cut == 0) cut = 2;
+      // A length field below the header's own 4 bytes promises more text
+      // than the stated bytes hold without the record looking cut: the
+      // text is read as far as it goes.
+      if (available < textLength) cut = 2;
     }
     return available < textLength && available >= kLongestCut ? kNoAnswer : kRead;
   }
@@ -227,6 +239,108 @@ struct StringOperand {
     return !stated.Limited() || Left() > 4;
   }
 };
+
+// Two whole key records at collation strength, without wildcards: what
+// NxStrCmp gives them, read straight off their orders.  Order text keeps
+// one collation state throughout (the key's state byte), so every element
+// is one order and its weight.  Elements that count (digits, letters,
+// ideographs, and all orders in the unknown states from 20 up) decide at
+// the primary level; spaces and symbols pass on both sides at their own
+// pace, or vanish with NxCMP_IGNORE_SPACES and NxCMP_IGNORE_SYMBOLS, and
+// their differences count last.  Accents are decided by the last difference,
+// case by the first, the lower-case letter first.
+class OrderText {
+ public:
+  OrderText(const char* text, unsigned char state, bool msbFirst)
+      : at_(reinterpret_cast<const unsigned char*>(text)), state_(state), msbFirst_(msbFirst) {}
+
+  // Passes the orders that both texts share from their start: equal orders
+  // in equal states leave no difference at any level, and both readers stay
+  // in step.  False when the texts are equal throughout.
+  static bool SkipCommonStart(OrderText& a, OrderText& b) {
+    const unsigned char* x = a.at_;
+    const unsigned char* y = b.at_;
+    while (x[0] == y[0] && x[1] == y[1]) {
+      if ((x[0] | x[1]) == 0) return false;
+      x += 2;
+      y += 2;
+    }
+    a.at_ = x;
+    b.at_ = y;
+    return true;
+  }
+
+  // The next element that takes part; true when it is ignorable (its order
+  // is then also `pending`), false for one that counts or for the end, at
+  // which the reader stays.
+  bool Read(unsigned short cmpOp, unsigned short& pending) {
+    for (;;) {
+      const unsigned short o = static_cast<unsigned short>(
+          msbFirst_ ? at_[0] << 8 | at_[1] : at_[0] | at_[1] << 8);
+      if (o != 0) at_ += 2;
+      order = o;
+      weight = NxStringIterator::WeightOf(o, state_);
+      if (o >= 0x3F00 || state_ >= 20 || o == 0) return false;
+      if ((cmpOp & (o >= 80 ? kIgnoreSymbols : kIgnoreSpaces)) != 0) continue;
+      pending = o;
+      return true;
+    }
+  }
+
+  unsigned short order = 0;
+  uint32_t weight = 0;
+
+ private:
+  const unsigned char* at_;
+  const unsigned char state_;
+  const bool msbFirst_;
+};
+
+inline int32_t Diff(uint32_t a, uint32_t b) {
+  return static_cast<int32_t>(a - b);
+}
+
+int32_t CompareOrderTexts(OrderText& a, OrderText& b, unsigned short cmpOp) {
+  int32_t caseDiff = 0;
+  int32_t accentDiff = 0;
+  int32_t spaceDiff = 0;
+  for (;;) {
+    int32_t passSpace = 0;
+    bool more1 = true;
+    bool more2 = true;
+    do {
+      unsigned short pending1 = 0;
+      unsigned short pending2 = 0;
+      if (more1) more1 = a.Read(cmpOp, pending1);
+      if (more2) more2 = b.Read(cmpOp, pending2);
+      const int32_t d = int32_t{pending1} - int32_t{pending2};
+      if (d != 0) passSpace = d;
+    } while (more1 || more2);
+    const int32_t r = Diff(a.weight & ~0x7Fu, b.weight & ~0x7Fu);
+    if (caseDiff == 0) caseDiff = Diff(b.weight & ~0x1Fu, a.weight & ~0x1Fu);
+    const int32_t d = Diff(a.weight & ~0x60u, b.weight & ~0x60u);
+    if (d != 0) accentDiff = d;
+    if (passSpace != 0) spaceDiff = passSpace;
+    if (r != 0) return r;
+    if (a.order == 0 || b.order == 0) break;
+  }
+  if (accentDiff != 0 && (cmpOp & NxCMP_IGNORE_ACCENTS) == 0) return accentDiff;
+  if (caseDiff != 0 && (cmpOp & NxCMP_IGNORE_CASE) == 0) return caseDiff;
+  return spaceDiff;
+}
+
+// True when the second key holds no wildcard order: with wildcards on, it
+// then compares as with them off.
+bool NoWildcardOrders(const char* text, bool msbFirst) {
+  const unsigned short asterisk = NxStringIterator::AsteriskOrder();
+  const unsigned short question = NxStringIterator::QuestionOrder();
+  for (const unsigned char* at = reinterpret_cast<const unsigned char*>(text);; at += 2) {
+    const unsigned short o =
+        static_cast<unsigned short>(msbFirst ? at[0] << 8 | at[1] : at[0] | at[1] << 8);
+    if (o == 0) return true;
+    if (o == asterisk || o == question) return false;
+  }
+}
 
 // Keys of code set 254 whose state byte has bit 7 ended early, at a change of
 // collation state: the comparison sees the state without the bit, and can't
@@ -332,8 +446,19 @@ int32_t StringCompareCore(unsigned char format, uint32_t length1, void* value1, 
     }
 
     int prefixResult = 0;
-    result = NxStrCmp(one.codeSet, one.language, one.text, two.codeSet, two.language, two.text,
-                      cmpOp, static_cast<short>(limit), form, &prefixResult);
+    const bool msbFirst = form == 2;
+    if (limit == -1 && one.codeSet == kOrderText && two.codeSet == kOrderText &&
+        one.language != 0 && two.language != 0 && (cmpOp & kExact) == 0 &&
+        (!wildcards || NoWildcardOrders(two.text, msbFirst))) {
+      // The common case of an index: two whole keys.
+      OrderText a(one.text, one.language, msbFirst);
+      OrderText b(two.text, two.language, msbFirst);
+      const bool sameState = one.language == two.language;
+      result = sameState && !OrderText::SkipCommonStart(a, b) ? 0 : CompareOrderTexts(a, b, cmpOp);
+    } else {
+      result = NxStrCmp(one.codeSet, one.language, one.text, two.codeSet, two.language, two.text,
+                        cmpOp, static_cast<short>(limit), form, &prefixResult);
+    }
 
     if (one.cut != 0 || two.cut != 0) {
       if (result == 0 && n1 != n2 && (one.cut == 0) != (two.cut == 0)) {

@@ -103,6 +103,75 @@ TEST(StringKeys, EveryRecordFormAgainstEveryOtherKeepsTheTextOrder) {
   EXPECT_EQ(20 * 20 * 18, compared);
 }
 
+// Whole key records against each other give what NxStrCmp gives their
+// orders as order text: random orders of every class, in several states,
+// with every option.
+TEST(StringKeys, WholeKeysCompareAsTheirOrderText) {
+  std::mt19937 rng(4242);
+  const auto randomOrder = [&rng]() -> unsigned short {
+    switch (rng() % 6) {
+      case 0:
+        return 1 + rng() % 79;  // space
+      case 1:
+        return 80 + rng() % 200;  // symbol
+      case 2:
+        return 0x3F00 + rng() % 0x100;  // digit
+      case 3:
+        return 0x8000 + rng() % 0x7FFF;  // ideograph
+      default:  // a few letters, with case and accents, so that levels tie
+        return 0x4000 | (rng() % 4) << 12 | (rng() % 3) << 7 | (3 + rng() % 3) << 2;
+    }
+  };
+  const unsigned short ops[] = {kPlain,
+                                0,
+                                kPlain | NxCMP_IGNORE_CASE,
+                                kPlain | NxCMP_IGNORE_ACCENTS,
+                                kPlain | NxCMP_IGNORE_SPACES | NxCMP_IGNORE_SYMBOLS,
+                                kPlain | NxCMP_IGNORE_CASE | NxCMP_IGNORE_ACCENTS};
+  int differences = 0;
+  for (int round = 0; round < 20000; ++round) {
+    std::vector<unsigned short> x, y;
+    for (size_t n = rng() % 6; n > 0; --n) x.push_back(randomOrder());
+    y = x;
+    // Mostly small edits, so that the weaker levels decide.
+    for (size_t n = 1 + rng() % 2; n > 0; --n) {
+      if (!y.empty() && rng() % 3 != 0)
+        y[rng() % y.size()] = randomOrder();
+      else
+        y.push_back(randomOrder());
+    }
+    const unsigned char states[] = {1, 2, 20, 33};
+    const unsigned char state = states[rng() % 4];
+    const unsigned short op = ops[rng() % 6];
+    const unsigned char format = 1 + rng() % 2;
+    const auto key = [&](const std::vector<unsigned short>& orders) {
+      Bytes k = {0, 0, NxCS_ORDERS, state};
+      for (unsigned short o : orders) {
+        k.push_back(format == 2 ? o >> 8 : o & 0xFF);
+        k.push_back(format == 2 ? o & 0xFF : o >> 8);
+      }
+      const unsigned L = unsigned(k.size());
+      k[0] = format == 2 ? L >> 8 : L & 0xFF;
+      k[1] = format == 2 ? L & 0xFF : L >> 8;
+      k.push_back(0);
+      k.push_back(0xFF);
+      return k;
+    };
+    const Bytes a = key(x), b = key(y);
+    Bytes textA(a.begin() + 4, a.end()), textB(b.begin() + 4, b.end());
+    textA.back() = 0;
+    textB.back() = 0;
+    const int want = Sign(NxStrCmp(NxCS_ORDERS, state, reinterpret_cast<char*>(textA.data()),
+                                   NxCS_ORDERS, state, reinterpret_cast<char*>(textB.data()), op,
+                                   -1, format, nullptr));
+    int status = -1;
+    ASSERT_EQ(want, Sign(Cmp(a, b, op, status, format))) << "round " << round;
+    ASSERT_EQ(0, status);
+    differences += want != 0;
+  }
+  EXPECT_GT(differences, 10000);
+}
+
 TEST(StringKeys, SoftCutIsWholeAndTheStateBitIsPartialEvenWhenWhole) {
   const Bytes key = Key("abcdef");
   int status = -1;
@@ -266,8 +335,8 @@ TEST(StringKeys, NullsOrderFirstAndEmptyStringsSecond) {
                                          const_cast<NxString*>(&strings[j]), kPlain, 1, status)));
       EXPECT_EQ(want, Sign(Cmp(KeyRecord(strings[i]), KeyRecord(strings[j]), kPlain, status)))
           << i << " " << j;
-      EXPECT_EQ(want, Sign(Cmp(nxtest::TextRecords(&strings[i], 1),
-                               nxtest::TextRecords(&strings[j], 1), kPlain, status, 2)));
+      EXPECT_EQ(want, Sign(Cmp(nxtest::TextRecords(&strings[i], 1, 2),
+                               nxtest::TextRecords(&strings[j], 1, 2), kPlain, status, 2)));
     }
   }
   // With wildcards on, a null is an empty text against the pattern.
