@@ -225,6 +225,18 @@ TEST(StringRanges, EstimatesFollowThePositionsBehindTheCommonStart) {
     const Estimate e = Strings("customer-00012", "customer-00019", c.op, "customer-00015");
     EXPECT_FLOAT_EQ(float(c.expected), e.share) << c.op;
   }
+  // A pattern is an interval from its prefix to the prefix closed by the
+  // highest character: equality keeps more than any point.  (Less and
+  // greater measure from the prefix alone, the end they don't narrow, so the
+  // three don't add up to the range as they do for a point.)
+  const float point = Strings("customer-00012", "customer-00099", kEq, "customer-00015").share;
+  for (const char* pattern : {"customer-0001*", "customer-0005?", "customer-0009*x"}) {
+    const float eq = Strings("customer-00012", "customer-00099", kEq, pattern).share;
+    EXPECT_GT(eq, 100 * point) << pattern;
+    EXPECT_LT(eq, 0.2f) << pattern;
+    EXPECT_GE(Strings("customer-00012", "customer-00099", kLe, pattern).share,
+              Strings("customer-00012", "customer-00099", kLt, pattern).share);
+  }
   // A value below the range: greater keeps all, less nothing; above it the
   // other way round.
   EXPECT_EQ(1.0f, Strings("customer-00012", "customer-00019", kGt, "customer-00010").share);
