@@ -11,7 +11,8 @@ namespace nxrows {
 // `narrowed` are string records in `format` (key records, or text records
 // without a code set, or old records for the old row).  For the duration of
 // the call the last byte of `value` and of every whole key handed in is 0
-// instead of 0xFF, so concurrent calls may not share key records.
+// instead of 0xFF, so concurrent calls may not share key records.  `value`
+// must be a whole record: its last byte is written.
 float StringEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,
                          unsigned char format, uint32_t count, NxIdxBounds* narrowed);
 float OldStringEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value,

@@ -7,6 +7,7 @@
 #include <nxtm/nxtm.h>
 
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "names.h"
@@ -57,6 +58,37 @@ inline Bytes OldRecord(const NxString* strings, uint32_t count, unsigned char fo
   Bytes disk(old.DiskLenGet(NxTYPE_NxString, s, format, count, 8));
   old.Store(NxTYPE_NxString, disk.data(), s, format, count);
   return disk;
+}
+
+// The record of a legacy string array (format 1); `raw` marks it as mapped
+// text, as a key is.
+template <class X>
+Bytes LegacyRecord(std::vector<const char*> texts, bool raw = false) {
+  std::vector<X> objects(texts.begin(), texts.end());
+  const char id = std::is_same<X, NxIString>::value ? NxTYPE_NxIString
+                                                                  : NxTYPE_NxCaseIString;
+  NxTypeMgr mgr;
+  const uint32_t count = static_cast<uint32_t>(objects.size());
+  Bytes disk(mgr.DiskLenGet(id, objects.data(), 1, count, 8));
+  mgr.Store(id, disk.data(), objects.data(), 1, count);
+  if (raw) disk[0] = 0xC0;
+  return disk;
+}
+
+// A key record from its state byte and orders, closed by 0 and 0xFF.
+inline Bytes OrderKey(unsigned char state, const std::vector<unsigned short>& orders,
+                      unsigned char format = 1) {
+  Bytes key = {0, 0, NxCS_ORDERS, state};
+  for (unsigned short o : orders) {
+    key.push_back(static_cast<unsigned char>(format == 2 ? o >> 8 : o));
+    key.push_back(static_cast<unsigned char>(format == 2 ? o : o >> 8));
+  }
+  const unsigned L = static_cast<unsigned>(key.size());
+  key[0] = static_cast<unsigned char>(format == 2 ? L >> 8 : L);
+  key[1] = static_cast<unsigned char>(format == 2 ? L : L >> 8);
+  key.push_back(0);
+  key.push_back(0xFF);
+  return key;
 }
 
 inline int Sign(long v) {
