@@ -11,6 +11,11 @@
 #include "cli.h"
 #include "values.h"
 
+namespace cli {
+// The estimate of NxString, on the index keys of texts (cmd_text.cpp).
+int EstimateStrings(const Args& args, unsigned short op, unsigned char format);
+}  // namespace cli
+
 namespace {
 
 using cli::Args;
@@ -82,6 +87,12 @@ int RunEstimate(const Args& input) {
   unsigned char format = 1;
   if (!cli::ParseFormat(formatText, false, format))
     return cli::Fail("estimate: bad format '" + formatText + "' (1 or 2)");
+  if (args.size() >= 4 && args[0] == "NxString") {
+    unsigned short op = 0;
+    if (!ParseOperator(args[3], op))
+      return cli::Fail("estimate: bad operator '" + args[3] + "' (=, <, >, <=, >=, != or a number)");
+    return cli::EstimateStrings(args, op, format);
+  }
   if (args.size() != 5)
     return cli::Fail("estimate: usage: nxtm estimate TYPE LOW HIGH OP VALUE [--format 1|2]");
   NxTypeMgr mgr;
@@ -163,9 +174,11 @@ int RunHash(const Args& input) {
   return 0;
 }
 
-const cli::Registrar kEstimate({"estimate", "estimate TYPE LOW HIGH OP VALUE [--format 1|2]",
+const cli::Registrar kEstimate({"estimate",
+                                "estimate TYPE LOW HIGH OP VALUE [--format 1|2]; NxString also "
+                                "[options of compare] [--no-wildcards]",
                                 "the share of the key range LOW..HIGH that OP VALUE keeps, and "
-                                "the narrowed bounds",
+                                "the narrowed bounds (of NxString: keys, as orders)",
                                 RunEstimate, 50});
 const cli::Registrar kHash({"hash", "hash TYPE VALUE... [--format 1|2|8] [--disk] [--length N]",
                             "the 32-bit hash of values, in memory or disk form", RunHash, 51});

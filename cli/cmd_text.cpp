@@ -1,7 +1,11 @@
 // nxtm compare | sort | match: the library's collation and wildcard matching
-// on text given in UTF-8.
+// on text given in UTF-8; with --keys on the index keys of the texts, through
+// the comparator of the row "NxString".  Also the range estimate of NxString
+// that nxtm estimate hands over.
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -108,6 +112,205 @@ void WriteLine(const Text& text) {
   std::fputc('\n', stdout);
 }
 
+
+// ---------------------------------------------------------------------------
+// Index keys of texts: the key records that an index holds, compared
+// through the row's comparator.
+
+struct KeyOptions {
+  bool keys = false;
+  unsigned char format = 1;
+  uint32_t size = 0;  // 0: as long as the key needs
+};
+
+// Takes --keys, --size N and --format 1|2 out of `args`.  Returns 0, or the
+// exit status of an error.
+int TakeKeyOptions(Args& args, const std::string& command, KeyOptions& k) {
+  k.keys = cli::TakeFlag(args, "--keys");
+  bool missing = false;
+  const std::string size = cli::TakeOption(args, "--size", "", missing);
+  const std::string format = cli::TakeOption(args, "--format", "1", missing);
+  if (missing) return cli::Fail(command + ": --size and --format need a value");
+  long number = 0;
+  if (!size.empty()) {
+    if (!cli::ParseNumber(size, 6, NxINDEX_MAX_KEYLEN, number))
+      return cli::Fail(command + ": --size takes a number of bytes from 6 to 254");
+    k.size = static_cast<uint32_t>(number);
+  }
+  if (!cli::ParseFormat(format, false, k.format))
+    return cli::Fail(command + ": --format takes 1 or 2");
+  if (!k.keys && (!size.empty() || format != "1"))
+    return cli::Fail(command + ": --size and --format go with --keys");
+  return 0;
+}
+
+// The key record of a text, cut to `size` bytes unless that is 0.  A text
+// without a code set stays a text record.
+std::vector<unsigned char> KeyOf(const Text& text, const KeyOptions& k) {
+  NxString& s = const_cast<NxString&>(text.string);
+  const unsigned char keyFormat = static_cast<unsigned char>(0x80 | k.format);
+  const uint32_t room = k.size != 0 ? k.size : StringSizeGet(&s, 8, keyFormat, 1);
+  std::vector<unsigned char> key(room + 1);
+  NxTypeMgr mgr;
+  key.resize(mgr.Translate(NxTYPE_NxString, key.data(), keyFormat, room, &s, 8, 0, 1));
+  return key;
+}
+
+int32_t CompareKeys(std::vector<unsigned char>& a, std::vector<unsigned char>& b,
+                    unsigned short cmpOp, unsigned char format, int& status) {
+  NxTypeMgr mgr;
+  return mgr.Cmp(NxTYPE_NxString, static_cast<uint32_t>(a.size()), a.data(),
+                 static_cast<uint32_t>(b.size()), b.data(), cmpOp, 1, format, status);
+}
+
+// A key record as its header and its 16-bit units.
+std::string KeyGroups(const std::vector<unsigned char>& key) {
+  if (key.size() < 4) return cli::Hex(key.data(), key.size());
+  std::string out = cli::Hex(key.data(), 4);
+  for (size_t at = 4; at < key.size(); at += 2)
+    out += " " + cli::Hex(key.data() + at, key.size() - at < 2 ? 1 : 2);
+  return out;
+}
+
+const char* StatusWords(int status) {
+  switch (status) {
+    case 0:
+      return "";
+    case NxSTATUS_PARTIAL:
+      return " (partial: the bytes at hand don't decide the rest)";
+    case NxSTATUS_NO_ANSWER:
+      return " (no answer: a key cut where no key is ever cut)";
+    default:
+      return "";
+  }
+}
+
+int CompareKeyRecords(const Args& texts, const Settings& s, const KeyOptions& k) {
+  Text a, b;
+  std::string error;
+  if (!MakeText(texts[0], s, a, error)) return cli::Fail("first text: " + error);
+  if (!MakeText(texts[1], s, b, error)) return cli::Fail("second text: " + error);
+  std::vector<unsigned char> keyA = KeyOf(a, k);
+  std::vector<unsigned char> keyB = KeyOf(b, k);
+  int status = 0;
+  const int32_t r = CompareKeys(keyA, keyB, s.cmpOp, k.format, status);
+  std::printf("key A  %s\n", KeyGroups(keyA).c_str());
+  std::printf("key B  %s\n", KeyGroups(keyB).c_str());
+  std::printf("sign   %d\n", r < 0 ? -1 : r > 0 ? 1 : 0);
+  std::printf("value  %ld\n", static_cast<long>(r));
+  std::printf("status %d%s\n", status, StatusWords(status));
+  return 0;
+}
+
+int SortByKeys(const Settings& s, const KeyOptions& k) {
+  std::vector<Text> lines;
+  if (int status = ReadLines(s, lines)) return status;
+  std::vector<std::vector<unsigned char>> keys;
+  keys.reserve(lines.size());
+  for (const Text& line : lines) keys.push_back(KeyOf(line, k));
+  std::vector<size_t> order(lines.size());
+  for (size_t i = 0; i < order.size(); ++i) order[i] = i;
+  std::stable_sort(order.begin(), order.end(), [&](size_t x, size_t y) {
+    int status = 0;
+    return CompareKeys(keys[x], keys[y], s.cmpOp, k.format, status) < 0;
+  });
+  for (size_t i : order) WriteLine(lines[i]);
+  return 0;
+}
+
+}  // namespace
+
+// ---------------------------------------------------------------------------
+// nxtm estimate NxString: the three texts become key records (or text records
+// without a code set), the comparison options go into the operator word, and
+// the narrowed keys come back as their orders.
+
+namespace {
+
+// A narrowed key: its bytes, its orders with the state byte, and the text
+// that the orders name.
+void ShowNarrowed(const char* end, const void* bytes, unsigned char length, unsigned char format) {
+  if (bytes == nullptr) {
+    std::printf("%-8s open\n", end);
+    return;
+  }
+  const std::vector<unsigned char> key(static_cast<const unsigned char*>(bytes),
+                                       static_cast<const unsigned char*>(bytes) + length);
+  std::printf("%-8s %s\n", end, KeyGroups(key).c_str());
+  if (length < 4 || key[2] != NxCS_ORDERS) return;
+  NxTypeMgr mgr;
+  NxString loaded;
+  mgr.Translate(NxTYPE_NxString, &loaded, 8, 0, const_cast<unsigned char*>(key.data()),
+                static_cast<unsigned char>(0x80 | format), length, 1);
+  std::string orders;
+  const unsigned char* units = reinterpret_cast<const unsigned char*>(loaded.StrGet());
+  for (unsigned short i = 0, n = loaded.Len(); i < n; ++i) {
+    unsigned short unit;
+    std::memcpy(&unit, units + 2 * i, 2);
+    char buffer[8];
+    std::snprintf(buffer, sizeof buffer, "%s%04x", i != 0 ? " " : "", unit);
+    orders += buffer;
+  }
+  NxString text;
+  mgr.PrintToNxString(NxTYPE_NxString, text, &loaded, nullptr, 1);
+  const unsigned char state = key[3];
+  const uint32_t stated = (format == 2 ? key[0] << 8 | key[1] : key[0] | key[1] << 8) + 2u;
+  std::printf("         orders %s, state %u%s%s: \"%s\"\n",
+              orders.empty() ? "(none)" : orders.c_str(), state & 0x7Fu,
+              (state & 0x80) != 0 ? " (ended at a change of state)" : "",
+              stated > length ? ", cut" : "", cli::WriteUtf8(text).c_str());
+}
+
+}  // namespace
+
+namespace cli {
+
+int EstimateStrings(const Args& input, unsigned short op, unsigned char format) {
+  Args args(input.begin() + 1, input.end());
+  const bool literal = cli::TakeFlag(args, "--no-wildcards");
+  Settings s;
+  if (int status = TakeSettings(args, s, true)) return status;
+  if (args.size() != 4)
+    return cli::Fail(
+        "estimate: usage: nxtm estimate NxString LOW HIGH OP VALUE [--format 1|2] "
+        "[--codeset N] [--language N] [--ignore-case] [--ignore-accents] [--ignore-spaces] "
+        "[--ignore-symbols] [--exact] [--no-wildcards]");
+  Text low, high, value;
+  std::string error;
+  if (!MakeText(args[0], s, low, error)) return cli::Fail("estimate: low bound: " + error);
+  if (!MakeText(args[1], s, high, error)) return cli::Fail("estimate: high bound: " + error);
+  if (!MakeText(args[3], s, value, error)) return cli::Fail("estimate: value: " + error);
+  KeyOptions k;
+  k.keys = true;
+  k.format = format;
+  k.size = NxINDEX_MAX_KEYLEN;
+  std::vector<unsigned char> lowKey = KeyOf(low, k);
+  std::vector<unsigned char> highKey = KeyOf(high, k);
+  // The value is whole: a key that only an index would cut.
+  k.size = 0;
+  std::vector<unsigned char> valueKey = KeyOf(value, k);
+  unsigned short word = static_cast<unsigned short>(
+      op | (s.cmpOp & ~NxCMP_NO_WILDCARDS) | (literal ? NxCMP_NO_WILDCARDS : 0));
+  NxIdxBounds bounds{lowKey.data(), highKey.data(), static_cast<unsigned char>(lowKey.size()),
+                     static_cast<unsigned char>(highKey.size())};
+  NxIdxBounds narrowed{nullptr, nullptr, 0, 0};
+  NxTypeMgr mgr;
+  const float share =
+      mgr.EvalAndBound(NxTYPE_NxString, &bounds, word, valueKey.data(), format, 1, &narrowed,
+                       nullptr);
+  std::printf("fraction %.9g\n", static_cast<double>(share));
+  std::printf("op       0x%x%s\n", word, (word & 8) != 0 ? " (the value stands for a prefix)" : "");
+  ShowNarrowed("low", narrowed.low, narrowed.lowLength, format);
+  ShowNarrowed("high", narrowed.high, narrowed.highLength, format);
+  std::free(narrowed.low);
+  std::free(narrowed.high);
+  return 0;
+}
+
+}  // namespace cli
+
+namespace {
+
 // ---------------------------------------------------------------------------
 // The commands.
 
@@ -133,9 +336,12 @@ int RunCompare(const Args& given) {
     return cli::RunTypedCompare(given);
   Args args = given;
   Settings s;
+  KeyOptions k;
+  if (int status = TakeKeyOptions(args, "compare", k)) return status;
   if (int status = TakeSettings(args, s, false)) return status;
   if (args.size() != 2)
     return cli::Fail("usage: nxtm compare A B [--codeset N] [--language N] [options]");
+  if (k.keys) return CompareKeyRecords(args, s, k);
   Text a, b;
   std::string error;
   if (!MakeText(args[0], s, a, error)) return cli::Fail("first text: " + error);
@@ -151,10 +357,13 @@ int RunCompare(const Args& given) {
 int RunSort(const Args& given) {
   Args args = given;
   Settings s;
+  KeyOptions k;
+  if (int status = TakeKeyOptions(args, "sort", k)) return status;
   if (int status = TakeSettings(args, s, false)) return status;
   if (!args.empty()) return cli::Fail("usage: nxtm sort [--codeset N] [--language N] [options]");
   if ((s.cmpOp & (NxCMP_NO_WILDCARDS | NxCMP_EXACT)) == 0)
     return cli::Fail("sort: --wildcards makes the second text a pattern, which is no ordering");
+  if (k.keys) return SortByKeys(s, k);
   std::vector<Text> lines;
   if (int status = ReadLines(s, lines)) return status;
   std::stable_sort(lines.begin(), lines.end(),
@@ -187,13 +396,17 @@ int RunMatch(const Args& given) {
 const cli::Registrar compareCommand({"compare",
                                      "compare A B [--codeset N] [--language N] [--ignore-case] "
                                      "[--ignore-accents] [--ignore-spaces] [--ignore-symbols] "
-                                     "[--exact] [--wildcards]; compare --type TYPE A B "
-                                     "[--format 1|2|8] [--count N] [--length1 N] [--length2 N]",
-                                     "compare two texts at collation strength, or two values "
-                                     "of any type through its comparator",
+                                     "[--exact] [--wildcards] [--keys [--size N] [--format 1|2]]; "
+                                     "compare --type TYPE A B [--format 1|2|8] [--count N] "
+                                     "[--length1 N] [--length2 N]",
+                                     "compare two texts at collation strength or their index "
+                                     "keys through the row, or two values of any type through "
+                                     "its comparator",
                                      RunCompare, 40});
 const cli::Registrar sortCommand({"sort", "sort [options of compare]",
-                                  "sort the lines of stdin (UTF-8) by collation", RunSort, 41});
+                                  "sort the lines of stdin (UTF-8) by collation, or by their "
+                                  "index keys with --keys",
+                                  RunSort, 41});
 const cli::Registrar matchCommand({"match", "match PATTERN [options of compare]",
                                    "print the lines of stdin that the pattern (* and ?) matches; "
                                    "exit 1 when none",

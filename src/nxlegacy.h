@@ -8,6 +8,7 @@
 #include <new>
 
 #include "nxrows.h"
+#include "nxstrkeys.h"
 
 namespace legacy {
 
@@ -117,12 +118,16 @@ template <>
 struct Traits<NxIString> {
   static constexpr unsigned char kKeyFormats = 0x80;  // formats that Store marks with form 1
   static constexpr bool kUnmapsKeys = false;          // Translate takes keys back to text
+  static constexpr NxTypeCmpFunc kCompare = NxIStringCompare;
+  static constexpr NxEvalAndBoundFunc kEvalAndBound = nxrows::NxIStringEvalAndBound;
   static const ByteMap& Map() { return kIStringMap; }
 };
 template <>
 struct Traits<NxCaseIString> {
   static constexpr unsigned char kKeyFormats = 0xF0;
   static constexpr bool kUnmapsKeys = true;
+  static constexpr NxTypeCmpFunc kCompare = NxCaseIStringCompare;
+  static constexpr NxEvalAndBoundFunc kEvalAndBound = nxrows::NxCaseIStringEvalAndBound;
   static const ByteMap& Map() { return kCaseIStringMap; }
 };
 
@@ -425,8 +430,8 @@ struct Row {
   }
 };
 
-// The row of a legacy string class.  Compare, EvalAndBound, Hash and the
-// print and scan slots are filled by the families that bring them.
+// The row of a legacy string class.  Hash and the print and scan slots are
+// filled by the families that bring them.
 template <class X>
 constexpr NxTypeDesc MakeRow(const char* name) {
   NxTypeDesc row = nxrows::IllegalLike(name, nxrows::kStringMemLen, 0, "%s");
@@ -444,6 +449,8 @@ constexpr NxTypeDesc MakeRow(const char* name) {
   row.Assignment = Row<X>::Assignment;
   row.Copy = Row<X>::Copy;
   row.Translate = Row<X>::Translate;
+  row.Compare = Traits<X>::kCompare;
+  row.EvalAndBound = Traits<X>::kEvalAndBound;
   row.IsNull = nxrows::NeverNull;
   row.DefaultValue = Row<X>::DefaultValue;
   return row;

@@ -16,6 +16,7 @@
 #include "nxinternal.h"
 #include "nxkeyrows.h"
 #include "nxrows.h"
+#include "nxstrkeys.h"
 
 namespace {
 
@@ -1869,6 +1870,8 @@ constexpr NxTypeDesc StringRow(bool current) {
   row.PrintToString = nxrows::StringPrint;
   row.ScanFromString = nxrows::StringScan;
   row.Hash = withNull ? nxrows::StringHash : nxrows::OldStringHash;
+  row.Compare = current ? StringCompare : OldStringCompare;
+  row.EvalAndBound = current ? nxrows::StringEvalAndBound : nxrows::OldStringEvalAndBound;
   return row;
 }
 

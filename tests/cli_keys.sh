@@ -11,7 +11,7 @@ check estimate-unsigned 0 "fraction 2.3283064e-10" -- "$nxtm" estimate unsigned 
 check estimate-floor 0 "fraction 1.1920929e-07" -- "$nxtm" estimate double 0 1e300 = 5
 check estimate-overflow 0 "fraction inf" -- "$nxtm" estimate double 0 10 '<' -inf
 check estimate-bad-op 2 "bad operator" -- "$nxtm" estimate long 10 19 '=<' 14
-check estimate-no-row 2 "no range estimate" -- "$nxtm" estimate NxString a b = c
+check estimate-no-row 2 "no range estimate" -- "$nxtm" estimate illegal a b = c
 
 check hash-long 0 "hash   41c64e6d" -- "$nxtm" hash long 1
 check hash-pair-cancels 0 "hash   00000000" -- "$nxtm" hash long 5 5

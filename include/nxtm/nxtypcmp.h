@@ -35,6 +35,19 @@ NXTM_COMPARATOR(Int64Compare);        // "NxInt64": signed 64 bits
 NXTM_COMPARATOR(BooleanCompare);      // "NxBoolean": null, then false, then true
 NXTM_COMPARATOR(BlobCompare);         // "NxBlob": unsigned bytes, then length; null first (-2, 2)
 
+// The string rows.  Operands are text records, key records or old records
+// in disk form, NxString objects in memory form (format exactly 8); the
+// first is the stored key, the second the value held against it, which may
+// be a pattern unless cmpOp has NxCMP_NO_WILDCARDS or NxCMP_EXACT.  A stated
+// length that ends inside a record marks it cut: the result holds as far as
+// the bytes go, with status 2101 wherever they cannot decide; a key cut with
+// 254 or more bytes of text at hand is no key of this library (status
+// -2999, result -1).  Results are differences: only their sign counts.
+NXTM_COMPARATOR(StringCompare);         // "NxString"
+NXTM_COMPARATOR(OldStringCompare);      // the old string row
+NXTM_COMPARATOR(NxIStringCompare);      // "NxIString": its record, its map, its wildcards
+NXTM_COMPARATOR(NxCaseIStringCompare);  // "NxCaseIString": the same with the case map
+
 #undef NXTM_COMPARATOR
 
 #endif

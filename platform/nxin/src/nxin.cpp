@@ -89,6 +89,9 @@ const NxOrderRecord* NxOrderTable::Record(unsigned short value) const {
 }
 
 unsigned char NxCodeSet::InitialState(unsigned char language) const {
+  // Order text (index keys) carries its collation state where text carries
+  // its language; bit 7 only marks a key that ended at a change of state.
+  if (number == NxCS_ORDERS) return language & 0x7F;
   if (language == NxLANG_DEFAULT) language = defaults.language;
   if (language >= 1 && language <= 8) return kLanguages[language].homeState;
   return NxSTATE_LATIN;

@@ -149,6 +149,8 @@ class NXIN_API NxCodeSet {
         fromUnicode(fromUni) {}
 
   // The initial collation state of text of this code set in `language`.
+  // Order text (code set 254) holds its state in place of a language: its
+  // initial state is that byte without bit 7.
   virtual unsigned char InitialState(unsigned char language) const;
   // The value in this code set of character `value` of `sourceCodeSet` (0
   // stands for the native code set).  A character that this code set can't
