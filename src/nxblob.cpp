@@ -6,6 +6,7 @@
 #include <string>
 
 #include "nxinternal.h"
+#include "nxkeyrows.h"
 #include "nxrows.h"
 
 namespace {
@@ -602,6 +603,8 @@ constexpr NxTypeDesc BlobRow() {
   row.SizeGet = BlobSizeGet;
   row.SizeGetFromMemFile = BlobSizeGetFromMemFile;
   row.Compare = BlobCompare;
+  row.EvalAndBound = BlobEvalAndBound;
+  row.Hash = BlobHash;
   row.ConvertTo = BlobConvertTo;
   row.ConvertFrom = BlobConvertFrom;
   row.Constructor = BlobConstructor;

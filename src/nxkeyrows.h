@@ -214,6 +214,14 @@ uint32_t NullDoubleHash(unsigned char format, uint32_t length, void* value, uint
 uint32_t NullInt64Hash(unsigned char format, uint32_t length, void* value, uint32_t count,
                        int& status);
 
+// NxBlob (nxtypevl.cpp, nxtyphash.cpp).  A blob range is not estimated: the
+// answer is the whole range, and nothing narrows.  Its hash holds lengths
+// only, never content.
+float BlobEvalAndBound(NxIdxBounds* bounds, unsigned short& op, void* value, unsigned char format,
+                       uint32_t count, NxIdxBounds* narrowed);
+uint32_t BlobHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                  int& status);
+
 }  // namespace nxrows
 
 #endif

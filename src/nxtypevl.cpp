@@ -740,3 +740,12 @@ float NxRef::EvalAndBound(NxIdxBounds*, unsigned short& op, void* value, unsigne
   NarrowBounds(narrowed, value, op, count * 14);
   return ToFloat(area / kRefTotal);
 }
+
+// ---------------------------------------------------------------------------
+// NxBlob: a blob key gives no position on a number line, so the estimate is
+// the whole range; no argument is read and nothing narrows.
+
+float nxrows::BlobEvalAndBound(NxIdxBounds*, unsigned short&, void*, unsigned char, uint32_t,
+                               NxIdxBounds*) {
+  return 1.0f;
+}

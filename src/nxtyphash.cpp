@@ -6,6 +6,7 @@
 #include <cstring>
 #include <new>
 
+#include <nxtm/nxblob.h>
 #include <nxtm/nxtyphash.h>
 
 #include "nxkeyrows.h"
@@ -642,4 +643,46 @@ uint32_t NxRef::Hash(unsigned char format, uint32_t, void* value, uint32_t count
   return IdentifierHash(14, value, count, status, [](const unsigned char* p) {
     return DiskField<uint32_t>(p + 4) ^ DiskField<uint16_t>(p + 8) ^ DiskField<uint16_t>(p + 10);
   });
+}
+
+// ---------------------------------------------------------------------------
+// NxBlob: the hash holds lengths, not content, so that hashing a large blob
+// costs no more than a small one.  Memory form is `format` exactly 8, where
+// each element gives its length (0 for the null blob).  A disk array is one
+// record: a total word, then per blob a length word and the bytes; each
+// element hash is the blob's length from its word (a null blob's -1 counts
+// as 0), at most the bytes left of the stated length behind that word, so
+// that memory and disk forms of a blob hash alike.  A stated length that
+// ends inside a length word ends the walk.
+
+uint32_t nxrows::BlobHash(unsigned char format, uint32_t length, void* value, uint32_t count,
+                          int& status) {
+  status = 0;
+  if (count == 0) return 0;
+  uint32_t hash = 0;
+  if (format == 8) {
+    const NxBlob* blobs = static_cast<const NxBlob*>(value);
+    for (uint32_t i = 0; i < count; ++i) hash ^= static_cast<uint32_t>(blobs[i].Length());
+    return hash * kHashMultiplier;
+  }
+  const unsigned char order = static_cast<unsigned char>(format & 0x0F);
+  const uint32_t word = LongSizeGet(nullptr, order, order, 1);
+  uint32_t left = length != 0 ? length : blobRow.SizeGet(value, format, format, 1);
+  const unsigned char* position = static_cast<const unsigned char*>(value);
+  if (left < word) return 0;
+  left -= word;  // the total word
+  position += word;
+  for (uint32_t i = 0; i < count && left >= word; ++i) {
+    int32_t stated;
+    LongStore(&stated, position, order, 1);
+    const uint32_t size = stated < 0 ? 0 : static_cast<uint32_t>(stated);
+    left -= word;
+    position += word;
+    hash ^= size < left ? size : left;
+    if (i + 1 < count) {
+      position += size;
+      left = left > size ? left - size : 0;
+    }
+  }
+  return hash * kHashMultiplier;
 }

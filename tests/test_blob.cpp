@@ -282,6 +282,41 @@ Outcome CompareRecords(const Bytes& r1, const Bytes& r2, unsigned char format, u
   return o;
 }
 
+TEST_F(BlobRow, HashesHoldLengthsAndEstimatesTheWholeRange) {
+  // Memory and both disk forms agree; content does not enter, lengths do.
+  NxBlob* blobs = Blobs(3);
+  blobs[0] = Make({1, 2, 3});
+  blobs[1] = Make({9, 9, 9, 9, 9});
+  blobs[2].SetNullValue();
+  int status = 7;
+  const uint32_t memory = mgr.Hash(NxTYPE_NxBlob, 0, blobs, 3, 8, status);
+  EXPECT_EQ(0, status);
+  EXPECT_EQ((3u ^ 5u) * 1103515245u, memory);
+  for (unsigned char format : {1, 2}) {
+    unsigned char disk[64];
+    const uint32_t written = mgr.Store(NxTYPE_NxBlob, disk, blobs, format, 3);
+    EXPECT_EQ(memory, mgr.Hash(NxTYPE_NxBlob, 0, disk, 3, format, status)) << int(format);
+    // A stated length that cuts the second blob's bytes: it counts what is left.
+    EXPECT_EQ((3u ^ 2u) * 1103515245u, mgr.Hash(NxTYPE_NxBlob, 4 + 7 + 4 + 2, disk, 3, format, status));
+    // ... and one that ends inside its length word stops the walk.
+    EXPECT_EQ(3u * 1103515245u, mgr.Hash(NxTYPE_NxBlob, 4 + 7 + 2, disk, 3, format, status));
+    EXPECT_LT(4u + 7u + 2u, written);
+  }
+  blobs[1] = Make({1, 1, 1, 1, 1});
+  EXPECT_EQ(memory, mgr.Hash(NxTYPE_NxBlob, 0, blobs, 3, 8, status));
+  EXPECT_EQ(0u, mgr.Hash(NxTYPE_NxBlob, 0, blobs, 0, 8, status));
+  mgr.Delete(NxTYPE_NxBlob, blobs, 3);
+
+  // No position on a number line: every estimate is the whole range, with
+  // no argument read and nothing narrowed.
+  unsigned short op = 1;
+  NxIdxBounds narrowed{nullptr, nullptr, 0, 0};
+  EXPECT_EQ(1.0f, mgr.EvalAndBound(NxTYPE_NxBlob, nullptr, op, nullptr, 2, 1, &narrowed, nullptr));
+  EXPECT_EQ(nullptr, narrowed.low);
+  EXPECT_EQ(nullptr, narrowed.high);
+  EXPECT_EQ(1, op);
+}
+
 TEST(BlobCompare, ARecordOfTotalMinusOneReadsAsNullBlobs) {
   const Bytes nulls{0xFF, 0xFF, 0xFF, 0xFF}, empty;
   for (unsigned char format : {1, 2}) {
