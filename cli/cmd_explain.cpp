@@ -8,6 +8,7 @@
 // cut, as an index key is at the end of its room.
 #include <cstdio>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <nxtm/nxtm.h>
@@ -118,23 +119,23 @@ std::string OrderLine(unsigned short order, unsigned char state) {
   std::string text = cli::WriteUtf8(words);
   // Ideographs are named with a newline at the end.
   while (!text.empty() && text.back() == '\n') text.pop_back();
-  const std::string shown = Shown(NxLanguageContext::QueryCodeSet(NxCS_CP1252)->ToUnicode(character));
+  const std::string shown =
+      Shown(NxLanguageContext::QueryCodeSet(NxCS_CP1252)->ToUnicode(character));
   return "  " + Printed("%04x", order) + "   " + Padded(shown, 10) + text;
 }
 
-void ExplainKey(const unsigned char* record, size_t content, unsigned char format,
-                Lines& out) {
+void ExplainKey(const unsigned char* record, size_t content, unsigned char format, Lines& out) {
   const unsigned char state = record[3];
   out.push_back("  state byte " + StateByte(state));
   out.push_back("  order  character words");
   for (size_t at = 4; at + 1 < 4 + content; at += 2)
     out.push_back(OrderLine(static_cast<unsigned short>(Get16(record + at, format)), state));
   if (content % 2 != 0)
-    out.push_back("  " + Printed("%02x", record[4 + content - 1]) + "     (a cut order, 1 byte of 2)");
+    out.push_back("  " + Printed("%02x", record[4 + content - 1]) +
+                  "     (a cut order, 1 byte of 2)");
 }
 
-void ExplainText(const unsigned char* record, size_t content, unsigned char format,
-                 Lines& out) {
+void ExplainText(const unsigned char* record, size_t content, unsigned char format, Lines& out) {
   const unsigned char codeSet = record[2];
   const unsigned char* text = record + 4;
   out.push_back("  code set   " + CodeSetName(codeSet));
@@ -208,8 +209,8 @@ bool ExplainString(const std::vector<unsigned char>& bytes, unsigned char format
     }
     const uint32_t length = Get16(b + at, format);
     if (length < 4) {
-      error = "the record at offset " + std::to_string(at) + " states L " +
-              std::to_string(length) + ", less than its 4-byte header";
+      error = "the record at offset " + std::to_string(at) + " states L " + std::to_string(length) +
+              ", less than its 4-byte header";
       return false;
     }
     frames.push_back({at, length, atHand});
@@ -224,8 +225,8 @@ bool ExplainString(const std::vector<unsigned char>& bytes, unsigned char format
     std::string head = frames.size() > 1 ? "record " + std::to_string(i + 1) + " at offset " +
                                                std::to_string(f.at) + ": "
                                          : std::string();
-    head += std::string(key ? "key record" : "text record") + ": L " + std::to_string(f.length) +
-            ", ";
+    head +=
+        std::string(key ? "key record" : "text record") + ": L " + std::to_string(f.length) + ", ";
     if (whole) {
       head += Whole(f.length + 2);
       if (key) head += ", " + Count(content / 2, "order");
@@ -301,8 +302,8 @@ void ReadBack<NxCaseIString>(const unsigned char* mapped, size_t count, Lines& o
 }
 
 template <class X>
-bool ExplainLegacy(const char* name, const std::vector<unsigned char>& bytes,
-                   unsigned char format, Lines& out, std::string& error) {
+bool ExplainLegacy(const char* name, const std::vector<unsigned char>& bytes, unsigned char format,
+                   Lines& out, std::string& error) {
   const size_t size = bytes.size();
   if (size < 3) {
     error = Count(size, "byte") + " are shorter than the 3-byte header";
@@ -352,8 +353,7 @@ int RunExplain(const Args& input) {
   unsigned char format = 1;
   if (missing || !cli::ParseFormat(formatText, false, format))
     return cli::Fail("explain: --format takes 1 or 2");
-  if (args.size() < 2)
-    return cli::Fail("explain: usage: nxtm explain TYPE HEX... [--format 1|2]");
+  if (args.size() < 2) return cli::Fail("explain: usage: nxtm explain TYPE HEX... [--format 1|2]");
   NxTypeMgr mgr;
   char id = 0;
   if (!cli::FindType(mgr, args[0], id) ||

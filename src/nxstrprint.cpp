@@ -1,7 +1,7 @@
 // Print and scan of the string rows, NxString and the legacy NxIString and
-// NxCaseIString.  Ordinary text goes through the row's format; order text, the code set 254 that a key record loads into, holds
-// no characters, so its print names the orders instead, as the format's
-// placeholders ask:
+// NxCaseIString.  Ordinary text goes through the row's format; order text,
+// the code set 254 that a key record loads into, holds no characters, so its
+// print names the orders instead, as the format's placeholders ask:
 //
 //   "%1M"  the plain characters, accents dropped, as one text
 //   "%2M"  the plain characters with the accents of code set 1, as one text
