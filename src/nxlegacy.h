@@ -107,6 +107,13 @@ X Made(char* data) {
   return result;
 }
 
+// Print and scan of the rows (nxstrprint.cpp): the text through the format,
+// and text of any code set read back as 8-bit bytes.
+template <class X>
+NxString& Print(NxString& result, void* value, const char* format, uint32_t count);
+template <class X>
+void* Scan(void* value, NxString& text, const char* format, uint32_t count);
+
 // ---------------------------------------------------------------------------
 // The rows.  The disk record holds the whole array: the form byte, L (16
 // bits, the bytes of text behind the 3-byte header) and the strings one
@@ -451,6 +458,8 @@ constexpr NxTypeDesc MakeRow(const char* name) {
   row.Translate = Row<X>::Translate;
   row.Compare = Traits<X>::kCompare;
   row.EvalAndBound = Traits<X>::kEvalAndBound;
+  row.PrintToString = Print<X>;
+  row.ScanFromString = Scan<X>;
   row.IsNull = nxrows::NeverNull;
   row.DefaultValue = Row<X>::DefaultValue;
   return row;

@@ -1,7 +1,7 @@
-// Print and scan of the string rows.  Ordinary text goes through the row's
-// format; order text, the code set 254 that a key record loads into, holds
-// no characters, so its print names the orders instead, as the format's
-// placeholders ask:
+// Print and scan of the string rows, NxString and the legacy NxIString and
+// NxCaseIString.  Ordinary text goes through the row's format; order text,
+// the code set 254 that a key record loads into, holds no characters, so its
+// print names the orders instead, as the format's placeholders ask:
 //
 //   "%1M"  the plain characters, accents dropped, as one text
 //   "%2M"  the plain characters with the accents of code set 1, as one text
@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "nxlegacy.h"
 #include "nxrows.h"
 
 namespace {
@@ -194,3 +195,48 @@ void* StringScan(void* value, NxString& text, const char*, uint32_t) {
 }
 
 }  // namespace nxrows
+
+namespace legacy {
+
+// The legacy strings hold 8-bit bytes without a code set: they print as they
+// stand through the format, into the default 8-bit code set.  An object
+// without text prints as an empty string, whatever the format.
+template <class X>
+NxString& Print(NxString& result, void* value, const char* format, uint32_t) {
+  if (value == nullptr) return result;
+  const X& s = *static_cast<const X*>(value);
+  if (s.data == nullptr || *s.data == '\0') {
+    result = s.data;
+    return result;
+  }
+  if (format == nullptr) format = "%s";
+  const size_t room = std::strlen(s.data) + std::strlen(format) + kFormatRoom;
+  result = FormatText(format, s.data, room).c_str();
+  return result;
+}
+
+// 8-bit text is taken byte for byte, whatever its code set; 16-bit text is
+// recoded into the default code set first.  The bytes of 16-bit text mean
+// nothing here, so a 16-bit default gives way to the default 8-bit code set.
+// The format plays no part.
+template <class X>
+void* Scan(void* value, NxString& text, const char*, uint32_t) {
+  if (value == nullptr) return nullptr;
+  X& s = *static_cast<X*>(value);
+  if (text.codeSet <= 224) {
+    s = text.StrGet();
+    return value;
+  }
+  NxString recoded;
+  if (recoded.codeSet > 224) recoded.codeSet = NxString::GetDefault8CodeSet();
+  recoded += text;
+  s = recoded.StrGet();
+  return value;
+}
+
+template NxString& Print<NxIString>(NxString&, void*, const char*, uint32_t);
+template NxString& Print<NxCaseIString>(NxString&, void*, const char*, uint32_t);
+template void* Scan<NxIString>(void*, NxString&, const char*, uint32_t);
+template void* Scan<NxCaseIString>(void*, NxString&, const char*, uint32_t);
+
+}  // namespace legacy

@@ -1,9 +1,11 @@
-// Print and scan of NxString through the type table: ordinary text through
-// the format, order text through the placeholders, and the null text.
+// Print and scan of the string rows through the type table: ordinary text
+// through the format, order text through the placeholders, the null text, and
+// the 8-bit bytes of NxIString and NxCaseIString.
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "test_support.h"
@@ -159,6 +161,74 @@ TEST_F(StringPrint, ScanCopiesTheTextOrReadsTheNullText) {
     EXPECT_EQ(std::strlen(null) >= 6, value.IsNullValue() != 0) << null;
   }
   EXPECT_EQ(nullptr, mgr.ScanFromNxString(NxTYPE_NxString, nullptr, text, nullptr, 1));
+}
+
+// The legacy strings print their bytes through the format and read any text
+// back as 8-bit bytes; both rows behave alike.
+template <class X>
+class LegacyPrint : public ::testing::Test {
+ protected:
+  void TearDown() override { NxLanguageContext::ResetDefaults(); }
+  static char Id() {
+    return std::is_same<X, NxIString>::value ? NxTYPE_NxIString : NxTYPE_NxCaseIString;
+  }
+  NxString Print(X value, const char* format, NxString result = NxString()) {
+    mgr.PrintToNxString(Id(), result, &value, format, 1);
+    return result;
+  }
+  std::string Scan(const NxString& source, X value = X("old")) {
+    NxString text = source;
+    EXPECT_EQ(&value, mgr.ScanFromNxString(Id(), &value, text, "[%d]", 1));
+    EXPECT_EQ(0, value.form);
+    return value.data != nullptr ? value.data : "(no text)";
+  }
+  NxTypeMgr mgr;
+};
+using LegacyTypes = ::testing::Types<NxIString, NxCaseIString>;
+TYPED_TEST_SUITE(LegacyPrint, LegacyTypes);
+
+TYPED_TEST(LegacyPrint, BytesGoThroughTheFormatIntoTheDefault8BitCodeSet) {
+  EXPECT_EQ("abc", std::string(this->Print(TypeParam("abc"), nullptr).StrGet()));
+  EXPECT_EQ("[ab   ] %d", std::string(this->Print(TypeParam("abc"), "[%-5.2s] %d").StrGet()));
+  // Arrays through the table, each element through the format.
+  TypeParam values[3] = {TypeParam("a"), TypeParam(), TypeParam("c")};
+  NxString joined;
+  this->mgr.PrintToNxString(this->Id(), joined, values, "<%s>", 3);
+  EXPECT_EQ("<a>,,<c>", std::string(joined.StrGet()));
+  // No text and no code set: the bytes stand as they are, whatever the
+  // result's code set was, in the default 8-bit code set.
+  NxString::SetDefaultCodeSet(kUnicode);
+  NxLanguageContext::SetDefault8CodeSet(kIso8859_2);
+  const NxString latin2 = this->Print(TypeParam("\xB3\xF3"), "<%s>", NxString(kUnicode, 0));
+  EXPECT_EQ("<\xB3\xF3>", std::string(latin2.StrGet()));
+  EXPECT_EQ(kIso8859_2, latin2.codeSet);
+  // An object without text prints empty, format or not.
+  const NxString empty = this->Print(TypeParam(), "[%s]", Narrow("x"));
+  EXPECT_TRUE(empty.IsEmpty());
+  EXPECT_EQ(kIso8859_2, empty.codeSet);
+}
+
+TYPED_TEST(LegacyPrint, ScanTakesEightBitTextAsItStandsAndRecodesSixteenBitText) {
+  EXPECT_EQ("new", this->Scan(Narrow("new")));
+  EXPECT_EQ("\xB3\xF3", this->Scan(Narrow("\xB3\xF3", kIso8859_2)));  // no recoding
+  EXPECT_EQ("(no text)", this->Scan(Narrow("")));
+  // No null value: the null text is text, and a null string no text.
+  EXPECT_EQ("{NULL}", this->Scan(NxString("{NULL}")));
+  NxString null;
+  null.SetNullValue();
+  EXPECT_EQ("(no text)", this->Scan(null));
+  // 16-bit text goes into the default code set; a 16-bit default gives way
+  // to the default 8-bit code set.
+  const NxString text = Unicode(u"łó€");
+  EXPECT_EQ("?\xF3\x80", this->Scan(text));
+  NxString::SetDefaultCodeSet(kIso8859_2);
+  EXPECT_EQ("\xB3\xF3?", this->Scan(text));
+  NxString::SetDefaultCodeSet(kUnicode);
+  EXPECT_EQ("?\xF3\x80", this->Scan(text));
+  // Print and scan agree on 8-bit text.
+  NxString printed = this->Print(TypeParam("\xC0 la carte"), nullptr);
+  EXPECT_EQ("\xC0 la carte", this->Scan(printed));
+  EXPECT_EQ(nullptr, this->mgr.ScanFromNxString(this->Id(), nullptr, printed, nullptr, 1));
 }
 
 }  // namespace
