@@ -165,6 +165,10 @@ inline void Narrow(const NxTypeMgr& manager, unsigned char* textRecord, const Wi
     out.highLength =
         NxStrSortKeyFirstLevelFromKey(high, end, cmpOp, NxFORMAT_LSB_FIRST, out.high, kLevelRoom - 1);
   }
+  // The level fits (125 orders of at most 4 bytes); were it longer, its
+  // start would still be a bound, only a looser one.
+  if (out.lowLength > kLevelRoom - 1) out.lowLength = kLevelRoom - 1;
+  if (out.highLength > kLevelRoom - 1) out.highLength = kLevelRoom - 1;
   out.high[out.highLength++] = kAboveEveryKey;
   std::free(narrowed.low);
   std::free(narrowed.high);
