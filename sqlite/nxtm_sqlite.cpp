@@ -414,15 +414,20 @@ class KeyResult {
   unsigned char* data() { return data_; }
   uint32_t length() const { return length_; }
   void Cut(uint32_t length) { length_ = length; }
-  // Appends a byte; the heap block has room for one.
-  void Append(unsigned char byte) {
+  // Appends a byte; the heap block has room for one.  False when memory
+  // is short (the result is set).
+  bool Append(unsigned char byte) {
     if (data_ == local_ && length_ == sizeof local_) {
       heap_ = static_cast<unsigned char*>(sqlite3_malloc64(length_ + 1u));
-      if (heap_ == nullptr) return;
+      if (heap_ == nullptr) {
+        sqlite3_result_error_nomem(ctx_);
+        return false;
+      }
       std::memcpy(heap_, local_, length_);
       data_ = heap_;
     }
     data_[length_++] = byte;
+    return true;
   }
 
   void Return() { sqlite3_result_blob64(ctx_, data_, length_, SQLITE_TRANSIENT); }
@@ -446,23 +451,62 @@ void Key(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
   if (key.Make(options, text.data())) key.Return();
 }
 
+// The type manager whose "NxString" row narrows the patterns.
+const NxTypeMgr& Manager() {
+  static const NxTypeMgr manager;
+  return manager;
+}
+
+// The bounds of a pattern; nxtm_sqlite_bounds.h says which rule gives them
+// where.
 template <bool kUtf8, bool kHigh>
 void KeyBound(sqlite3_context* ctx, int argc, sqlite3_value** argv) {
   Options options;
   if (!ReadOptions(ctx, argc, argv, 1, options)) return;
   Utf16Text pattern;
   if (!ReadPattern(ctx, argv[0], 0, kUtf8, pattern)) return;
-  // The bound is the key of the pattern's fixed start, or of all of it.
-  const nxsqlite::PatternStart start =
-      nxsqlite::FixedStart(kCodeSet, options.language, pattern.data(), options.cmpOp, kFormat);
-  Utf16Text head;
-  head.Copy(pattern.data(), static_cast<int>(start.bytes));
+  const nxsqlite::Wildcard w =
+      nxsqlite::FirstWildcard(kCodeSet, options.language, pattern.data(), options.cmpOp, kFormat);
   KeyResult key(ctx);
-  if (!key.Make(options, head.data())) return;
-  if (start.wildcard) {
-    key.Cut(NxStrSortKeyFirstLevel(key.data(), key.length(), options.cmpOp));
-    if (kHigh) key.Append(nxsqlite::kAboveEveryKey);
+  if (!w.found) {
+    // Equality at the strength: the pattern's own key.
+    if (key.Make(options, pattern.data())) key.Return();
+    return;
   }
+
+  const uint32_t recordSize = nxsqlite::TextRecordSize(w);
+  unsigned char local[512];
+  unsigned char* record = local;
+  if (recordSize > sizeof local) {
+    record = static_cast<unsigned char*>(sqlite3_malloc64(recordSize));
+    if (record == nullptr) {
+      sqlite3_result_error_nomem(ctx);
+      return;
+    }
+  }
+  nxsqlite::TextRecord(options.language, pattern.data(), w, record);
+  nxsqlite::NarrowedBounds bounds;
+  nxsqlite::Narrow(Manager(), record, w, options.cmpOp, bounds);
+  if (record != local) sqlite3_free(record);
+
+  if (!bounds.endsBeforeWildcard) {
+    if (kHigh) {
+      sqlite3_result_blob64(ctx, bounds.high, bounds.highLength, SQLITE_TRANSIENT);
+    } else {
+      sqlite3_result_blob64(ctx, bounds.low, bounds.lowLength, SQLITE_TRANSIENT);
+    }
+    return;
+  }
+  // Across a change of script: the first level of the sort key of the text
+  // in front of the wildcard.
+  Utf16Text head;
+  if (!head.Copy(pattern.data(), w.byteOffset)) {
+    sqlite3_result_error_nomem(ctx);
+    return;
+  }
+  if (!key.Make(options, head.data())) return;
+  key.Cut(NxStrSortKeyFirstLevel(key.data(), key.length(), options.cmpOp));
+  if (kHigh && !key.Append(nxsqlite::kAboveEveryKey)) return;
   key.Return();
 }
 

@@ -121,9 +121,28 @@ std::vector<std::string> Names(size_t joined) {
   return names;
 }
 
-// A pattern made from a name: its start, a wildcard, maybe more of it,
-// some letters in another case or with an accent, now and then wildcards
-// elsewhere, and sometimes none.
+// Long names, several of the list joined, whose starts are longer than an
+// index key holds.
+std::vector<std::string> LongNames(size_t count) {
+  std::vector<std::string> names;
+  std::mt19937 rng(1848);
+  for (size_t i = 0; i < count; ++i) {
+    std::string name = nxtest::kNames[rng() % nxtest::kNameCount];
+    while (name.size() < 300) name += std::string(" ") + nxtest::kNames[rng() % nxtest::kNameCount];
+    names.push_back(name);
+  }
+  return names;
+}
+
+// Letters that a pattern may take in another case or with another accent
+// than the name it comes from.
+const char* const kSwaps[][2] = {
+    {"u", "ü"}, {"ü", "u"}, {"e", "é"}, {"é", "e"}, {"o", "ø"}, {"a", "Å"}, {"ß", "ss"},
+    {"и", "И"}, {"о", "О"}, {"в", "В"}, {"ο", "Ο"}, {"ό", "ο"}, {"α", "ά"}};
+
+// A pattern made from a name: its start, and wildcards in front, inside or
+// behind, one or several, or none; some letters in another case or with
+// another accent.
 std::string Pattern(std::mt19937& rng, const std::string& name) {
   std::vector<std::string> chars;  // the name's UTF-8 characters
   for (size_t i = 0; i < name.size(); ++i) {
@@ -138,14 +157,16 @@ std::string Pattern(std::mt19937& rng, const std::string& name) {
     for (size_t i = from; i < std::min(to, chars.size()); ++i) {
       std::string c = chars[i];
       if (rng() % 4 == 0 && c[0] >= 'a' && c[0] <= 'z') c[0] = static_cast<char>(c[0] - 32);
-      if (rng() % 8 == 0 && c == "u") c = "ü";
+      for (const auto& swap : kSwaps)
+        if (c == swap[0] && rng() % 6 == 0) c = swap[1];
       out += c;
     }
     return out;
   };
-  const size_t cut = rng() % (chars.size() + 1);
   const size_t n = chars.size();
-  switch (rng() % 6) {
+  const size_t cut = rng() % (n + 1);
+  const size_t more = cut + 1 + rng() % 4;
+  switch (rng() % 9) {
     case 0:
       return join(0, cut);  // no wildcard: equality at the strength
     case 1:
@@ -154,6 +175,12 @@ std::string Pattern(std::mt19937& rng, const std::string& name) {
       return join(0, cut) + "*" + join(cut + 2, n);
     case 3:
       return "*" + join(cut, n);
+    case 4:
+      return "?" + join(1, cut) + "*";
+    case 5:
+      return join(0, cut) + "*" + join(cut + 1, more) + "*";
+    case 6:
+      return join(0, cut) + "?" + join(cut + 1, more) + "*" + join(more + 1, n);
     default:
       return join(0, cut) + "*";
   }
@@ -265,19 +292,39 @@ TEST(SqliteExtension, MatchAndKeyAgreeWithTheLibrary) {
 
 // The indexed pattern query returns exactly the rows of the full scan, for
 // hundreds of patterns, at several strengths and languages, in a file
-// database, and the plan searches the index.
+// database, and the plan searches the index.  The rows hold names in many
+// scripts, joined names that change script at a space, and names longer
+// than an index key.
 TEST(SqliteExtension, IndexedPatternQueryEqualsFullScan) {
   const std::string path = TempPath("nxtm_sqlite_index.db");
   std::remove(path.c_str());
   {
     Db db(path);
-    db.Table(Names(3000));
-    const char* const options[] = {"ci ai", "ci", "", "ai language=sv", "ci ai spaces symbols"};
-    for (size_t o = 0; o < sizeof options / sizeof options[0]; ++o)
+    std::vector<std::string> names = Names(3000);
+    for (const std::string& n : LongNames(40)) names.push_back(n);
+    db.Table(names);
+    const char* const options[] = {"ci ai",
+                                   "ci",
+                                   "",
+                                   "ai language=sv",
+                                   "ci ai spaces symbols",
+                                   "ci language=de_phonebook",
+                                   "ai language=es_traditional",
+                                   "ci ai language=el",
+                                   "language=ru spaces",
+                                   "ci language=cs"};
+    const size_t count = sizeof options / sizeof options[0];
+    for (size_t o = 0; o < count; ++o)
       db.Exec("CREATE INDEX k" + std::to_string(o) + " ON t(nxtm_key(name, '" + options[o] + "'))");
     std::mt19937 rng(31337);
-    const std::vector<std::string> names = Names(3000);
-    for (size_t o = 0; o < sizeof options / sizeof options[0]; ++o) {
+    // Patterns that take each way to the bounds: none, leading wildcards, a
+    // change of script in front of the wildcard (after a Latin space or
+    // symbol), and starts longer than an index key.
+    const std::vector<std::string> fixed = {
+        "Müller",   "*",          "?",          "M*",          "Иванов Пет*", " Иван*",
+        "«Αθ*",     "1Ιω*",       "Wang 王*",    "Wang *",      "王*",          "Li-李*",      "Παπαδόπουλος Ιω?",
+        names.back().substr(0, 280) + "*", names.back().substr(0, 200) + "?x*"};
+    for (size_t o = 0; o < count; ++o) {
       const std::string opt = std::string("'") + options[o] + "'";
       const std::string indexed = "SELECT id FROM t WHERE nxtm_key(name, " + opt +
                                   ") BETWEEN nxtm_key_low(?1, " + opt + ") AND nxtm_key_high(?1, " +
@@ -293,8 +340,9 @@ TEST(SqliteExtension, IndexedPatternQueryEqualsFullScan) {
           << plan;
       size_t found = 0;
       const int rounds = o == 0 ? 300 : 80;
-      for (int k = 0; k < rounds; ++k) {
-        const std::string pattern = Pattern(rng, names[rng() % names.size()]);
+      for (int k = 0; k < rounds + static_cast<int>(fixed.size()); ++k) {
+        const std::string pattern =
+            k < rounds ? Pattern(rng, names[rng() % names.size()]) : fixed[k - rounds];
         const std::vector<std::string> a = db.Rows(indexed, {pattern});
         ASSERT_EQ(a, db.Rows(scan, {pattern})) << options[o] << ": " << pattern;
         found += a.size();
@@ -303,6 +351,30 @@ TEST(SqliteExtension, IndexedPatternQueryEqualsFullScan) {
     }
   }
   std::remove(path.c_str());
+}
+
+// The bounds are as tight as the rules allow: a pattern without wildcards
+// is a point; across a change of script the start in front of the wildcard
+// counts whole; a start longer than an index key bounds by what the key
+// holds.
+TEST(SqliteExtension, BoundsOfPatterns) {
+  Db db(":memory:");
+  const std::string a200(200, 'a');
+  db.Table({"Иван Петров", "ИВАН ПЕТРОВ", "Иван-Петров", "Иван Петрова", "Иван Петренко",
+            "Иван Сидоров", "Иванов", "Ivan Petrov", a200 + "x", a200 + "y"});
+  auto inRange = [&](const std::string& pattern) {
+    return db.Rows(
+        "SELECT count(*) FROM t WHERE nxtm_key(name, 'ci') BETWEEN nxtm_key_low(?1, 'ci') AND "
+        "nxtm_key_high(?1, 'ci')",
+        {pattern})[0];
+  };
+  EXPECT_EQ(inRange("иван петров"), "2");
+  EXPECT_EQ(inRange("Иван Пет*"), "5");
+  EXPECT_EQ(inRange("Иван*"), "7");
+  EXPECT_EQ(inRange("*"), "10");
+  EXPECT_EQ(inRange(a200 + "x*"), "2");
+  EXPECT_EQ(db.Rows("SELECT count(*) FROM t WHERE nxtm_match(?1, name, 'ci')", {a200 + "x*"})[0],
+            "1");
 }
 
 // Bad arguments are errors with a message, never a crash, and the

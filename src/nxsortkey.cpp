@@ -444,3 +444,59 @@ uint32_t NxStrSortKeyFirstLevel(const unsigned char* key, uint32_t length, unsig
   }
   return at;
 }
+
+// ---------------------------------------------------------------------------
+// The first level of the orders of a key record.
+//
+// A key record holds the orders that the iterator read from a text, all in
+// the one state of its state byte (the record ends where the state
+// changes).  The first level of a sort key is made of the same orders in the
+// same state, so it can be written from the record alone: the orders that
+// count, each in its level-1 code, or with NxCMP_EXACT every order in its
+// exact code.  Nothing closes the level: the result is the bytes that the
+// key of the text (or of every text that starts with the record's orders)
+// begins with.
+
+namespace {
+
+constexpr uint32_t kKeyHeader = 4;
+
+// A 16-bit field by the byte order of the format, as Elements::Unit reads.
+inline unsigned short KeyUnit(const unsigned char* at, unsigned char byteOrder) {
+  if (byteOrder == 8) {
+    unsigned short unit;
+    std::memcpy(&unit, at, sizeof unit);
+    return unit;
+  }
+  if (byteOrder == 2) return static_cast<unsigned short>((at[0] << 8) | at[1]);
+  return static_cast<unsigned short>(at[0] | (at[1] << 8));
+}
+
+}  // namespace
+
+uint32_t NxStrSortKeyFirstLevelFromKey(const void* record, uint32_t length, unsigned short cmpOp,
+                                       unsigned char format, unsigned char* key, uint32_t size) {
+  const unsigned char* const r = static_cast<const unsigned char*>(record);
+  if (r == nullptr || length < kKeyHeader || r[2] != kOrderText) return 0;
+  const unsigned char byteOrder = static_cast<unsigned char>(format & 0x0F);
+  // A whole record ends its orders at its length field; a cut one, whose
+  // field says more than there is, at the bytes at hand.
+  uint32_t end = KeyUnit(r, byteOrder);
+  if (end > length) end = length;
+  const unsigned char state = r[3] & 0x7F;
+  const bool exact = (cmpOp & NxCMP_EXACT) != 0;
+  const Out out{key, key != nullptr ? size : 0};
+  uint32_t written = 0;
+  for (uint32_t at = kKeyHeader; at + 2 <= end; at += 2) {
+    const unsigned short order = KeyUnit(r + at, byteOrder);
+    if (order == 0) break;
+    // Spaces and symbols of the low states never reach the first level.
+    if (!exact && order < kFirstDigit && state < kUnknownState) continue;
+    const uint32_t weight = NxStringIterator::WeightOf(order, state);
+    unsigned char code[5];
+    uint32_t n = EncodeHigh(weight >> 8, code);
+    if (exact) code[n++] = static_cast<unsigned char>(weight);
+    for (uint32_t i = 0; i < n; ++i) out.Put(written++, code[i]);
+  }
+  return written;
+}

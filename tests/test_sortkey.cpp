@@ -246,4 +246,108 @@ TEST(SortKey, CutKeysAndFirstLevel) {
   EXPECT_EQ(NxStrSortKeyFirstLevel(nullptr, 0, 0), 0u);
 }
 
+
+// The key record of a text in byte order `format`, made by the row's
+// Translate in key form with `room` bytes: an index key, cut when the room
+// runs out.
+std::string KeyRecord(const Text& t, unsigned char language, unsigned char format, uint32_t room) {
+  const bool wide = t.codeSet > 224;
+  const size_t n = t.bytes.size() - 2;  // the text without its closing zeros
+  std::string record(4, '\0');
+  const unsigned L = static_cast<unsigned>(n + 4);
+  record[format == 2 ? 1 : 0] = static_cast<char>(L);
+  record[format == 2 ? 0 : 1] = static_cast<char>(L >> 8);
+  record[2] = static_cast<char>(t.codeSet);
+  record[3] = static_cast<char>(language);
+  for (size_t i = 0; i < n; i += wide ? 2 : 1) {
+    if (wide && format == 2) {
+      record += t.bytes[i + 1];
+      record += t.bytes[i];
+    } else {
+      record.append(t.bytes, i, wide ? 2 : 1);
+    }
+  }
+  record += '\0';
+  record += '\xff';
+  std::string key(room, '\0');
+  NxTypeMgr mgr;
+  const uint32_t written =
+      mgr.Translate(NxTYPE_NxString, &key[0], static_cast<unsigned char>(0x80 | format), room,
+                    &record[0], format, static_cast<uint32_t>(record.size()), 1);
+  key.resize(written);
+  return key;
+}
+
+std::string FirstLevelFromKey(const std::string& record, unsigned short op, unsigned char format) {
+  const unsigned char* r = reinterpret_cast<const unsigned char*>(record.data());
+  const uint32_t length = static_cast<uint32_t>(record.size());
+  std::string level(NxStrSortKeyFirstLevelFromKey(r, length, op, format, nullptr, 0), '\0');
+  const uint32_t n = NxStrSortKeyFirstLevelFromKey(
+      r, length, op, format, reinterpret_cast<unsigned char*>(&level[0]), level.size());
+  EXPECT_EQ(n, level.size());
+  return level;
+}
+
+// The first level written from a key record is that of the text's sort
+// key when the record holds the whole text, and the start of it when the
+// record was cut at the index key length or ended at a change of script;
+// in both byte orders, for every language and for the strengths that shape
+// the first level differently (none does but the exact one).
+TEST(SortKey, FirstLevelFromKeyRecords) {
+  const std::vector<Text>& texts = Corpus();
+  size_t whole = 0;
+  size_t partial = 0;
+  for (unsigned char language = 1; language <= 8; ++language) {
+    for (unsigned short op : {0x00, 0x60, 0x2E0, 0x100}) {
+      for (size_t i = language; i < texts.size(); i += 3) {
+        const Text& t = texts[i];
+        const std::string key = KeyOf(t, language, op);
+        const std::string level =
+            key.substr(0, NxStrSortKeyFirstLevel(reinterpret_cast<const unsigned char*>(key.data()),
+                                                 static_cast<uint32_t>(key.size()), op));
+        const unsigned char format = i % 2 == 0 ? 1 : 2;
+        for (uint32_t room : {4000u, uint32_t{NxINDEX_MAX_KEYLEN}}) {
+          const std::string record = KeyRecord(t, language, format, room);
+          const unsigned char* r = reinterpret_cast<const unsigned char*>(record.data());
+          const unsigned L = format == 2 ? (r[0] << 8 | r[1]) : (r[0] | r[1] << 8);
+          const bool holdsAll = L + 2 <= record.size() && (r[3] & 0x80) == 0;
+          const std::string got = FirstLevelFromKey(record, op, format);
+          if (holdsAll) {
+            ++whole;
+            ASSERT_EQ(got, level) << "language " << int(language) << " op " << op << ": "
+                                  << Show(t);
+          } else {
+            ++partial;
+            ASSERT_EQ(level.compare(0, got.size(), got), 0)
+                << "language " << int(language) << " op " << op << ": " << Show(t);
+          }
+        }
+      }
+    }
+  }
+  EXPECT_GT(partial, 5000u);
+  EXPECT_GT(whole, partial);
+
+  // A whole record read from fewer bytes than it has: its start, and
+  // nothing behind the bytes at hand.
+  const std::string text = KeyRecord(Unicode(u"Mül"), 1, 1, 100);
+  const std::string all = FirstLevelFromKey(text, 0, 1);
+  std::string two(all.size(), '\0');
+  two.resize(NxStrSortKeyFirstLevelFromKey(text.data(), 8, 0, 1,
+                                           reinterpret_cast<unsigned char*>(&two[0]),
+                                           static_cast<uint32_t>(two.size())));
+  EXPECT_LT(two.size(), all.size());
+  EXPECT_EQ(all.compare(0, two.size(), two), 0);
+  // A text record is not read as orders; a short buffer takes the start.
+  std::string notKey = text;
+  notKey[2] = static_cast<char>(NxCS_UNICODE);
+  EXPECT_EQ(FirstLevelFromKey(notKey, 0, 1), "");
+  unsigned char small[2] = {0xAB, 0xAB};
+  const uint32_t n = NxStrSortKeyFirstLevelFromKey(text.data(), static_cast<uint32_t>(text.size()),
+                                                   0, 1, small, 1);
+  EXPECT_GT(n, 1u);
+  EXPECT_EQ(small[0], static_cast<unsigned char>(FirstLevelFromKey(text, 0, 1)[0]));
+  EXPECT_EQ(small[1], 0xAB);
+}
+
 }  // namespace

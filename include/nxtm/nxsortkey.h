@@ -48,4 +48,28 @@ NXTM_API uint32_t NxStrSortKey(unsigned char codeSet, unsigned char language, co
 NXTM_API uint32_t NxStrSortKeyFirstLevel(const unsigned char* key, uint32_t length,
                                          unsigned short cmpOp);
 
+// Writes the first level of a sort key made with `cmpOp` from the orders of
+// a key record, and returns its length in bytes.  A key record is what the
+// "NxString" row's Translate writes in key form and what its EvalAndBound
+// builds as narrowed keys: a length field, code set 254, the collation state
+// (bit 7: the key ended at a change of state), and orders in that state.
+// Fields and orders are in the byte order of the low four bits of `format`.
+// `length` is the bytes at hand: a cut key, whose length field says more
+// than there is, is read up to `length`.  The orders are read up to the
+// first zero order; any other order, the highest character that closes a
+// narrowed high key included, is taken as it stands.
+//
+// For the key record of a whole text the result is the text's first level,
+// the first NxStrSortKeyFirstLevel bytes of NxStrSortKey at the same
+// `cmpOp` (with NxCMP_EXACT, whose key has one level, the whole key).  For a
+// key that holds the start of a text (cut, ended at a change of state, or
+// narrowed to the part in front of a wildcard) it is the first level of
+// that start, with which the sort keys of all texts that begin with it
+// begin.  The level is not closed.  A record of another code set gives 0.
+// At most `size` bytes are written to `key`; `key` may be null with `size`
+// 0.  Nothing is allocated.
+NXTM_API uint32_t NxStrSortKeyFirstLevelFromKey(const void* record, uint32_t length,
+                                                unsigned short cmpOp, unsigned char format,
+                                                unsigned char* key, uint32_t size);
+
 #endif
