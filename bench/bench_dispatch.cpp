@@ -54,14 +54,20 @@ void Run(benchmark::State& state, Call call) {
   }
 }
 
-#define NXBENCH_SLOT(slot, viaManager, direct)                             \
-  void BM_Manager_##slot(benchmark::State& state) {                        \
-    Run(state, [](NxTypeMgr& mgr, Operands& o) { (void)o; viaManager; });  \
-  }                                                                        \
-  void BM_Direct_##slot(benchmark::State& state) {                         \
-    Run(state, [](NxTypeMgr&, Operands& o) { (void)o; direct; });          \
-  }                                                                        \
-  BENCHMARK(BM_Manager_##slot);                                            \
+#define NXBENCH_SLOT(slot, viaManager, direct)      \
+  void BM_Manager_##slot(benchmark::State& state) { \
+    Run(state, [](NxTypeMgr& mgr, Operands& o) {    \
+      (void)o;                                      \
+      viaManager;                                   \
+    });                                             \
+  }                                                 \
+  void BM_Direct_##slot(benchmark::State& state) {  \
+    Run(state, [](NxTypeMgr&, Operands& o) {        \
+      (void)o;                                      \
+      direct;                                       \
+    });                                             \
+  }                                                 \
+  BENCHMARK(BM_Manager_##slot);                     \
   BENCHMARK(BM_Direct_##slot)
 
 // Create and Delete go together, as do DefaultValue and Delete.
@@ -80,15 +86,18 @@ NXBENCH_SLOT(DiskLenGetFromMemFile,
              benchmark::DoNotOptimize(Opaque(o.row->SizeGetFromMemFile)(&o.file, 2, 1)));
 NXBENCH_SLOT(Cmp, int status = 0;
              benchmark::DoNotOptimize(mgr.Cmp(Id(), 0, &o.value, 0, &o.other, 0, 1, 8, status)),
-             int status = 0; benchmark::DoNotOptimize(
-                 Opaque(o.row->Compare)(8, 0, &o.value, 0, &o.other, 0, 1, status)));
+             int status = 0;
+             benchmark::DoNotOptimize(Opaque(o.row->Compare)(8, 0, &o.value, 0, &o.other, 0, 1,
+                                                             status)));
 NXBENCH_SLOT(CmpShort, benchmark::DoNotOptimize(mgr.Cmp(Id(), &o.value, &o.other, 0, 1, 8)),
-             int status = 0; benchmark::DoNotOptimize(
-                 Opaque(o.row->Compare)(8, 0, &o.value, 0, &o.other, 0, 1, status)));
-NXBENCH_SLOT(EvalAndBound, unsigned short op = 5; benchmark::DoNotOptimize(
-                 mgr.EvalAndBound(Id(), &o.bounds, op, &o.key, 1, 1, nullptr, nullptr)),
-             unsigned short op = 5; benchmark::DoNotOptimize(
-                 Opaque(o.row->EvalAndBound)(&o.bounds, op, &o.key, 1, 1, nullptr)));
+             int status = 0;
+             benchmark::DoNotOptimize(Opaque(o.row->Compare)(8, 0, &o.value, 0, &o.other, 0, 1,
+                                                             status)));
+NXBENCH_SLOT(
+    EvalAndBound, unsigned short op = 5;
+    benchmark::DoNotOptimize(mgr.EvalAndBound(Id(), &o.bounds, op, &o.key, 1, 1, nullptr, nullptr)),
+    unsigned short op = 5;
+    benchmark::DoNotOptimize(Opaque(o.row->EvalAndBound)(&o.bounds, op, &o.key, 1, 1, nullptr)));
 NXBENCH_SLOT(Hash, int status = 0;
              benchmark::DoNotOptimize(mgr.Hash(Id(), 0, &o.value, 1, 8, status)), int status = 0;
              benchmark::DoNotOptimize(Opaque(o.row->Hash)(8, 0, &o.value, 1, status)));

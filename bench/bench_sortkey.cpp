@@ -12,7 +12,6 @@
 
 #include "bench_support.h"
 
-
 #ifdef NXTM_BENCH_HAVE_ICU
 #include <unicode/ucol.h>
 #endif
