@@ -41,6 +41,8 @@
 #include <nxtm/nxstring.h>
 #include <nxtm/nxstriter.h>
 
+#include "nxcollation.h"
+
 namespace {
 
 constexpr unsigned short kFirstSymbol = 80;
@@ -118,33 +120,34 @@ inline uint32_t CodeLength(unsigned char first) {
 }
 
 // The collation elements of a text as NxStrCmp reads them: the general
-// reader of NxStringIterator, with a shortcut for characters whose record
-// has no contraction, no language variant and no expansion.
+// reader of NxStringIterator, with a shortcut for characters whose compact
+// entry is one element (no contraction, no expansion, a record).
 class Elements {
  public:
   Elements(unsigned char codeSet, unsigned char language, const char* text, unsigned char format)
       : it_(text, codeSet, language, format) {
     wide_ = it_.codeSet > 224;
     byteOrder_ = static_cast<unsigned char>(it_.format & 0x0F);
-    home_ = it_.state;
     if (it_.codeSet != kOrderText) {
-      const NxCodeSet* set = NxLanguageContext::QueryCodeSet(it_.codeSet);
-      table_ = set != nullptr ? set->orderTable : nullptr;
+      const detail::collation::CodeSet* set =
+          detail::collation::CodeSetOf(it_.codeSet, it_.language);
+      reading_ = set != nullptr ? set->reading[it_.language] : nullptr;
     }
   }
 
   // The next order, 0 at the end; `state` is then the iterator's state.
   unsigned short Next() {
     if (++count_ > kMaxElements) return 0;
-    if (table_ != nullptr && it_.overflow == nullptr && it_.position != nullptr) {
-      const unsigned short value = wide_ ? Unit(it_.position) : *it_.position;
+    if (reading_ != nullptr && it_.overflow == nullptr && it_.position != nullptr) {
+      const unsigned short value =
+          wide_ ? detail::collation::UnitAt(it_.position, byteOrder_) : *it_.position;
       if (value == 0) return 0;
-      const NxOrderRecord* record = table_->Find(value);
-      if (record != nullptr &&
-          (record->hasNext | record->hasVariants | record->hasExpansion) == 0) {
-        it_.state = record->stateSource != nullptr ? *record->stateSource : home_;
+      const detail::collation::Entry entry =
+          wide_ ? detail::collation::Lookup(*reading_, value) : reading_->flat[value];
+      if ((entry & detail::collation::kKindMask) == detail::collation::kSimple) {
+        it_.state = detail::collation::StateOf(entry);
         it_.position += wide_ ? 2 : 1;
-        return record->order;
+        return static_cast<unsigned short>(entry);
       }
     }
     return it_.GetNextOrder(1);
@@ -153,22 +156,9 @@ class Elements {
   unsigned char state() const { return it_.state; }
 
  private:
-  // A 16-bit unit by the byte order of the format: 8 the memory form, 2
-  // most significant byte first, anything else least significant first.
-  unsigned short Unit(const unsigned char* at) const {
-    if (byteOrder_ == 8) {
-      unsigned short unit;
-      std::memcpy(&unit, at, sizeof unit);
-      return unit;
-    }
-    if (byteOrder_ == 2) return static_cast<unsigned short>((at[0] << 8) | at[1]);
-    return static_cast<unsigned short>(at[0] | (at[1] << 8));
-  }
-
   NxStringIterator it_;
-  const NxOrderTable* table_ = nullptr;
+  const detail::collation::Reading* reading_ = nullptr;
   uint32_t count_ = 0;
-  unsigned char home_ = 0;
   unsigned char byteOrder_ = 1;
   bool wide_ = false;
 };
