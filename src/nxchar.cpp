@@ -13,6 +13,10 @@
 
 #include "nxcollation.h"
 
+// The process-wide wildcard orders; 0 means not yet looked up.
+unsigned short detail::collation::asteriskOrder = 0;
+unsigned short detail::collation::questionOrder = 0;
+
 namespace {
 
 // Code set numbers with a meaning of their own.
@@ -77,9 +81,8 @@ inline unsigned char LanguageOrDefault(unsigned char language) {
   return language == kDefault ? NxLanguageContext::GetDefaultLanguage() : language;
 }
 
-// The process-wide wildcard orders; 0 means not yet looked up.
-unsigned short asteriskOrder = 0;
-unsigned short questionOrder = 0;
+using detail::collation::asteriskOrder;
+using detail::collation::questionOrder;
 unsigned short escapeOrder = 0;
 
 // The order of `character` in the order table of code set 1.

@@ -92,6 +92,21 @@ struct CodeSet {
   unsigned char home[255];      // per language: the initial state
 };
 
+// The asterisk and question orders of NxStringIterator (nxchar.cpp); 0
+// until they are first looked up.
+extern unsigned short asteriskOrder;
+extern unsigned short questionOrder;
+
+// Whether a character without a record sets the state 20: unless its
+// value is one of the wildcard orders.
+inline bool UnknownSetsState(unsigned short value) {
+  const unsigned short asterisk =
+      asteriskOrder != 0 ? asteriskOrder : NxStringIterator::AsteriskOrder();
+  const unsigned short question =
+      questionOrder != 0 ? questionOrder : NxStringIterator::QuestionOrder();
+  return value != asterisk && value != question;
+}
+
 // Null for code sets without an order table of their own (0, the mapped
 // code sets, 254, 255) until the library has loaded.
 extern const CodeSet* byNumber[256];

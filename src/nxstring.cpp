@@ -1680,11 +1680,9 @@ inline __attribute__((always_inline)) RunEntry RunAt(const Cursor& c, unsigned s
   return collation::RunEntryOf(collation::Lookup(*c.reading, value));
 }
 
-// A character without a record sets the state 20, unless its value is one
-// of the wildcard orders: such a character is left to the general reader.
-__attribute__((noinline)) bool UnknownSetsState(unsigned short value) {
-  return value != NxStringIterator::AsteriskOrder() && value != NxStringIterator::QuestionOrder();
-}
+// A character without a record whose value is a wildcard order keeps the
+// state: such a character is left to the general reader.
+using collation::UnknownSetsState;
 
 enum class Read { stop, readOn, giveUp };
 

@@ -279,4 +279,28 @@ TEST(Readers, ComparisonAndHashAgreeWithTheReference) {
   }
 }
 
+// A character without a record whose value is made a wildcard order keeps
+// the state of the element before it, on every road.
+TEST(Readers, AWildcardOrderOnACharacterWithoutARecordKeepsTheState) {
+  NxStringIterator::SetAsteriskOrder(0x4E2D);  // 中
+  const std::u16string texts[] = {u"a中b", u"Ω中", u"中中a", u"b-中", u"ab"};
+  for (const std::u16string& x : texts) {
+    const Text t = Encode(x, NxCS_UNICODE, 1);
+    NxStringIterator it(t.data(), NxCS_UNICODE, NxLANG_NEUTRAL, 1);
+    Reference ref(t.data(), NxCS_UNICODE, NxLANG_NEUTRAL, 1);
+    for (unsigned short o = 1; o != 0;) {
+      o = it.GetNextOrder(1);
+      ASSERT_EQ(o, ref.Next());
+      ASSERT_EQ(it.state, ref.state);
+    }
+    for (const std::u16string& y : texts) {
+      const Text u = Encode(y, NxCS_UNICODE, 1);
+      EXPECT_EQ(
+          NxStrCmp(NxCS_UNICODE, 1, t.data(), NxCS_UNICODE, 1, u.data(), 0x10, -1, 1, nullptr),
+          ReferenceCompare(t.data(), NxCS_UNICODE, 1, u.data(), NxCS_UNICODE, 1, 0x10, -1, 1));
+    }
+  }
+  NxStringIterator::SetAsteriskOrder(0);
+}
+
 }  // namespace
