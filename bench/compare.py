@@ -32,6 +32,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import textwrap
 from dataclasses import dataclass
 from typing import Dict, List, Optional
 
@@ -277,8 +278,8 @@ def describe(build: str) -> str:
     flags = cache.get(f"CMAKE_CXX_FLAGS_{build_type.upper()}", "")
     icu = first_line(["pkg-config", "--modversion", "icu-i18n"])
     date = datetime.datetime.now(datetime.timezone.utc).strftime("%Y-%m-%d")
-    return (f"{date}; {cpu}, {os.cpu_count()} CPUs; {compiler}, {build_type} "
-            f"(`{flags.strip()}`); ICU {icu}; {first_line(['sort', '--version'])}")
+    return (f"Measured {date} on {cpu} ({os.cpu_count()} CPUs); compiler {compiler}, "
+            f"{build_type} (`{flags.strip()}`); ICU {icu}; {first_line(['sort', '--version'])}.")
 
 
 def main() -> int:
@@ -364,20 +365,15 @@ def main() -> int:
                      f"{args.sort_repetitions} times; their times are CPU time (user and "
                      "system) of the whole program.")
 
-    section = [
-        "## Performance",
-        "",
-        "Produced by `python3 bench/compare.py --readme` and not edited by hand. Each of "
-        "our operations and its reference run in one benchmark program, interleaved in "
-        f"random order, {args.repetitions} repetitions of at least {args.min_time} s each; "
-        "the figures are the minimum CPU time per operation. Ratio is reference time over "
-        "our time: above 1 we are faster; ✗ marks a ratio below its target. Allocations "
-        "are heap allocations per operation, ours / the reference's, counted by the "
-        "benchmark programs' own `malloc`." + sort_note,
-        "",
-        describe(args.build) + ".",
-        "",
-    ] + lines
+    intro = ("Produced by `python3 bench/compare.py --readme` and not edited by hand. Each of "
+             "our operations and its reference run in one benchmark program, interleaved in "
+             f"random order, {args.repetitions} repetitions of at least {args.min_time} s "
+             "each; the figures are the minimum CPU time per operation. Ratio is reference "
+             "time over our time: above 1 we are faster; ✗ marks a ratio below its target. "
+             "Allocations are heap allocations per operation, ours / the reference's, "
+             "counted by the benchmark programs' own `malloc`." + sort_note)
+    section = ["## Performance", ""] + textwrap.wrap(intro, 78) + [""] + \
+        textwrap.wrap(describe(args.build), 78) + [""] + lines
     text = "\n".join(section) + "\n"
     sys.stdout.write(text)
     if missed:
