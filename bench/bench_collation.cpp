@@ -1,12 +1,16 @@
-// Collation throughput: NxStringIterator::GetNextOrder over a Latin-1 text and
-// a Unicode text, and beside it ICU's collation element iterator over the
-// same texts.  Reported as orders (collation elements) per second.
+// Collation walk: NxStringIterator::GetNextOrder over a whole text, and
+// beside it ICU's collation element iterator over the same text.  The texts:
+// European prose in Latin-1 and in UTF-16, and the shared name list (Latin,
+// Greek, Cyrillic and scripts that the order tables don't know) in UTF-16.
+// One iteration is one walk of the text; the counters give the orders.
 #include <benchmark/benchmark.h>
 
 #include <string>
 #include <vector>
 
 #include <nxtm/nxtm.h>
+
+#include "bench_support.h"
 
 #ifdef NXTM_BENCH_HAVE_ICU
 #include <unicode/ucol.h>
@@ -28,6 +32,17 @@ std::vector<unsigned short> UnicodeText() {
   std::vector<unsigned short> text;
   while (text.size() < 16000)
     for (const char16_t* p = kSample; *p != 0; ++p) text.push_back(*p);
+  text.push_back(0);
+  return text;
+}
+
+// The names, one after the other, separated by spaces.
+std::vector<unsigned short> NamesText() {
+  std::vector<unsigned short> text;
+  for (const std::u16string& name : nxbench::NamesUtf16()) {
+    text.insert(text.end(), name.begin(), name.end());
+    text.push_back(' ');
+  }
   text.push_back(0);
   return text;
 }
@@ -60,30 +75,44 @@ void Report(benchmark::State& state, int64_t orders) {
 void BM_GetNextOrder_Latin1(benchmark::State& state) {
   const std::string text = Latin1Text();
   int64_t orders = 0;
-  for (auto _ : state) {
-    NxStringIterator it(text.c_str(), 1, 1, 1);
-    while (unsigned short order = it.GetNextOrder(1)) {
-      benchmark::DoNotOptimize(order);
-      ++orders;
+  {
+    nxbench::AllocationCount allocs(state);
+    for (auto _ : state) {
+      NxStringIterator it(text.c_str(), 1, 1, 1);
+      while (unsigned short order = it.GetNextOrder(1)) {
+        benchmark::DoNotOptimize(order);
+        ++orders;
+      }
     }
   }
   Report(state, orders);
 }
 BENCHMARK(BM_GetNextOrder_Latin1);
 
-void BM_GetNextOrder_Unicode(benchmark::State& state) {
-  std::vector<unsigned short> text = UnicodeText();
+void WalkUnicode(benchmark::State& state, std::vector<unsigned short> text) {
   int64_t orders = 0;
-  for (auto _ : state) {
-    NxStringIterator it(text.data(), 253, 1, 1);
-    while (unsigned short order = it.GetNextOrder(1)) {
-      benchmark::DoNotOptimize(order);
-      ++orders;
+  {
+    nxbench::AllocationCount allocs(state);
+    for (auto _ : state) {
+      NxStringIterator it(text.data(), 253, 1, 1);
+      while (unsigned short order = it.GetNextOrder(1)) {
+        benchmark::DoNotOptimize(order);
+        ++orders;
+      }
     }
   }
   Report(state, orders);
 }
+
+void BM_GetNextOrder_Unicode(benchmark::State& state) {
+  WalkUnicode(state, UnicodeText());
+}
 BENCHMARK(BM_GetNextOrder_Unicode);
+
+void BM_GetNextOrder_Names(benchmark::State& state) {
+  WalkUnicode(state, NamesText());
+}
+BENCHMARK(BM_GetNextOrder_Names);
 
 #ifdef NXTM_BENCH_HAVE_ICU
 void IcuElements(benchmark::State& state, const std::vector<unsigned short>& text) {
@@ -97,13 +126,16 @@ void IcuElements(benchmark::State& state, const std::vector<unsigned short>& tex
     return;
   }
   int64_t orders = 0;
-  for (auto _ : state) {
-    ucol_reset(elements);
-    for (;;) {
-      const int32_t order = ucol_next(elements, &status);
-      if (order == UCOL_NULLORDER) break;
-      benchmark::DoNotOptimize(order);
-      ++orders;
+  {
+    nxbench::AllocationCount allocs(state);
+    for (auto _ : state) {
+      ucol_reset(elements);
+      for (;;) {
+        const int32_t order = ucol_next(elements, &status);
+        if (order == UCOL_NULLORDER) break;
+        benchmark::DoNotOptimize(order);
+        ++orders;
+      }
     }
   }
   ucol_closeElements(elements);
@@ -120,6 +152,11 @@ void BM_IcuNext_Unicode(benchmark::State& state) {
   IcuElements(state, UnicodeText());
 }
 BENCHMARK(BM_IcuNext_Unicode);
+
+void BM_IcuNext_Names(benchmark::State& state) {
+  IcuElements(state, NamesText());
+}
+BENCHMARK(BM_IcuNext_Names);
 #endif
 
 }  // namespace

@@ -13,6 +13,8 @@
 
 #include <nxtm/nxtm.h>
 
+#include "bench_support.h"
+
 #ifdef NXTM_BENCH_HAVE_ICU
 #include <unicode/ucol.h>
 #endif
@@ -133,6 +135,7 @@ uint32_t Fnv1a(const void* data, size_t bytes) {
 void BM_HashString_8bit(benchmark::State& state) {
   const int which = static_cast<int>(state.range(0));
   const std::vector<Text>& texts = Texts(which);
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     for (const Text& t : texts)
       benchmark::DoNotOptimize(
@@ -144,6 +147,7 @@ void BM_HashString_8bit(benchmark::State& state) {
 void BM_HashString_Unicode(benchmark::State& state) {
   const int which = static_cast<int>(state.range(0));
   const std::vector<Text>& texts = Texts(which);
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     for (const Text& t : texts)
       benchmark::DoNotOptimize(
@@ -156,6 +160,7 @@ void BM_HashString_Unicode(benchmark::State& state) {
 void BM_Fnv1a_8bit(benchmark::State& state) {
   const int which = static_cast<int>(state.range(0));
   const std::vector<Text>& texts = Texts(which);
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     for (const Text& t : texts) benchmark::DoNotOptimize(Fnv1a(t.narrow.data(), t.narrow.size()));
   }
@@ -165,6 +170,7 @@ void BM_Fnv1a_8bit(benchmark::State& state) {
 void BM_Fnv1a_Unicode(benchmark::State& state) {
   const int which = static_cast<int>(state.range(0));
   const std::vector<Text>& texts = Texts(which);
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     for (const Text& t : texts) benchmark::DoNotOptimize(Fnv1a(t.wide.data(), 2 * t.wide.size()));
   }
@@ -177,6 +183,7 @@ void BM_Row_Record(benchmark::State& state) {
   const std::vector<Text>& texts = Texts(which);
   NxTypeMgr mgr;
   int status = 0;
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     for (const Text& t : texts)
       benchmark::DoNotOptimize(
@@ -195,6 +202,7 @@ void BM_Row_Memory(benchmark::State& state) {
   }
   NxTypeMgr mgr;
   int status = 0;
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     for (NxString& s : strings)
       benchmark::DoNotOptimize(mgr.Hash(NxTYPE_NxString, 0, &s, 1, 8, status));
@@ -221,6 +229,7 @@ void BM_Icu_SortKeyHash(benchmark::State& state) {
     return;
   }
   std::vector<uint8_t> key(64);
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     for (const Text& t : texts) {
       const int32_t n = static_cast<int32_t>(t.wide.size());
@@ -256,6 +265,7 @@ void BM_EvalAndBound_Long(benchmark::State& state) {
   int32_t low = Disk(10), high = Disk(19), value = Disk(14);
   NxIdxBounds bounds{&low, &high, 4, 4};
   unsigned short op = 5;
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     char id = NxTYPE_long;
     benchmark::DoNotOptimize(id);
@@ -269,6 +279,7 @@ void BM_EvalAndBound_Long_Narrowed(benchmark::State& state) {
   int32_t low = Disk(10), high = Disk(19), value = Disk(14);
   NxIdxBounds bounds{&low, &high, 4, 4};
   unsigned short op = 1;
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     NxIdxBounds narrowed{nullptr, nullptr, 0, 0};
     char id = NxTYPE_long;

@@ -1,7 +1,4 @@
-// NxInt64 arithmetic against native int64_t on the same random operands,
-// and the null-capable rows' Store and Load against memcpy of the same
-// bytes.  Run with --benchmark_enable_random_interleaving=true and a few
-// repetitions so that each pair is measured interleaved.
+// NxInt64 arithmetic against native int64_t on the same random operands.
 #include <nxtm/nxtm.h>
 
 #include <benchmark/benchmark.h>
@@ -10,6 +7,8 @@
 #include <cstring>
 #include <random>
 #include <vector>
+
+#include "bench_support.h"
 
 namespace {
 
@@ -74,6 +73,7 @@ template <typename Op>
 void BM_Native(benchmark::State& state) {
   const Operands& d = Data();
   std::vector<int64_t> out(kPairs);
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     for (size_t i = 0; i < kPairs; ++i) out[i] = Op::Native(d.a[i], d.b[i]);
     benchmark::DoNotOptimize(out.data());
@@ -86,6 +86,7 @@ template <typename Op>
 void BM_NxInt64(benchmark::State& state) {
   const Operands& d = Data();
   std::vector<NxInt64> out(kPairs);
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     for (size_t i = 0; i < kPairs; ++i) out[i] = Op::Class(d.x[i], d.y[i]);
     benchmark::DoNotOptimize(out.data());
@@ -104,58 +105,5 @@ BENCHMARK_TEMPLATE(BM_Native, Divide);
 BENCHMARK_TEMPLATE(BM_NxInt64, Divide);
 BENCHMARK_TEMPLATE(BM_Native, Remainder);
 BENCHMARK_TEMPLATE(BM_NxInt64, Remainder);
-
-// ---------------------------------------------------------------------------
-// 4096 NxNull_long elements, every eighth null, through the row's Store and
-// Load (the argument is the format), against memcpy of the disk bytes.
-
-constexpr uint32_t kElements = 4096;
-
-std::vector<NxNull_long> NullElements() {
-  std::vector<NxNull_long> elements(kElements);
-  for (uint32_t i = 0; i < kElements; ++i)
-    if (i % 8 != 0) elements[i] = NxNull_long(static_cast<int32_t>(i * 2654435761u));
-  return elements;
-}
-
-void BM_NullStore(benchmark::State& state) {
-  NxTypeMgr mgr;
-  NxStoreFunc store = mgr.StorePtrGet(NxTYPE_NxNull_long);
-  const unsigned char format = static_cast<unsigned char>(state.range(0));
-  std::vector<NxNull_long> elements = NullElements();
-  std::vector<unsigned char> disk(kElements * 5);
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(store(disk.data(), elements.data(), format, kElements));
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * disk.size()));
-}
-BENCHMARK(BM_NullStore)->Arg(1)->Arg(2);
-
-void BM_NullLoad(benchmark::State& state) {
-  NxTypeMgr mgr;
-  const unsigned char format = static_cast<unsigned char>(state.range(0));
-  std::vector<NxNull_long> elements = NullElements();
-  std::vector<unsigned char> disk(kElements * 5);
-  mgr.Store(NxTYPE_NxNull_long, disk.data(), elements.data(), format, kElements);
-  NxLoadFunc load = mgr.LoadPtrGet(NxTYPE_NxNull_long);
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(load(elements.data(), disk.data(), format, kElements));
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * disk.size()));
-}
-BENCHMARK(BM_NullLoad)->Arg(1)->Arg(2);
-
-void BM_NullMemcpy(benchmark::State& state) {
-  std::vector<unsigned char> from(kElements * 5, 1), to(kElements * 5);
-  for (auto _ : state) {
-    std::memcpy(to.data(), from.data(), from.size());
-    benchmark::DoNotOptimize(to.data());
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * from.size()));
-}
-BENCHMARK(BM_NullMemcpy);
 
 }  // namespace

@@ -10,7 +10,7 @@
 
 #include <nxtm/nxtm.h>
 
-#include "../tests/support/names.h"
+#include "bench_support.h"
 
 #ifdef NXTM_BENCH_HAVE_ICU
 #include <unicode/ucol.h>
@@ -37,6 +37,7 @@ void BM_SortKey(benchmark::State& state, unsigned short cmpOp) {
   size_t k = 0;
   size_t bytes = 0;
   unsigned char key[512];
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     const uint32_t n =
         NxStrSortKey(NxCS_UNICODE, NxLANG_NEUTRAL, Text(names[k]), cmpOp, 8, key, sizeof key);
@@ -44,6 +45,7 @@ void BM_SortKey(benchmark::State& state, unsigned short cmpOp) {
     bytes += n;
     if (++k == names.size()) k = 0;
   }
+  allocs.Stop();
   state.counters["key_bytes"] =
       benchmark::Counter(static_cast<double>(bytes) / static_cast<double>(state.iterations()));
 }
@@ -55,6 +57,7 @@ BENCHMARK_CAPTURE(BM_SortKey, exact, NxCMP_EXACT);
 void BM_StrCmp(benchmark::State& state, unsigned short cmpOp) {
   const auto& names = Names();
   size_t k = 0;
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     const size_t j = k + 1 == names.size() ? 0 : k + 1;
     benchmark::DoNotOptimize(NxStrCmp(
@@ -70,6 +73,7 @@ BENCHMARK_CAPTURE(BM_StrCmp, ci_ai, NxCMP_IGNORE_CASE | NxCMP_IGNORE_ACCENTS);
 // by NxStrCmp.
 void BM_SortByKeys(benchmark::State& state) {
   const auto& names = Names();
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     std::vector<std::string> keys;
     keys.reserve(names.size());
@@ -86,6 +90,7 @@ BENCHMARK(BM_SortByKeys);
 
 void BM_SortByStrCmp(benchmark::State& state) {
   const auto& names = Names();
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     std::vector<const std::u16string*> v;
     for (const auto& s : names) v.push_back(&s);
@@ -111,6 +116,7 @@ void BM_IcuSortKey(benchmark::State& state, UColAttributeValue strength) {
   size_t k = 0;
   size_t bytes = 0;
   uint8_t key[512];
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     const auto& s = names[k];
     bytes += static_cast<size_t>(
@@ -118,6 +124,7 @@ void BM_IcuSortKey(benchmark::State& state, UColAttributeValue strength) {
     benchmark::DoNotOptimize(key);
     if (++k == names.size()) k = 0;
   }
+  allocs.Stop();
   state.counters["key_bytes"] =
       benchmark::Counter(static_cast<double>(bytes) / static_cast<double>(state.iterations()));
   ucol_close(coll);

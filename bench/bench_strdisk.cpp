@@ -15,27 +15,17 @@
 
 #include <nxtm/nxtm.h>
 
-#include "names.h"
+#include "support/bench_support.h"
 
 #ifdef NXTM_BENCH_HAVE_ICU
 #include <unicode/ucol.h>
 #endif
 
-// Every malloc of the process is counted, so that a benchmark can report the
-// allocations of the operation that it times.
-extern "C" void* __libc_malloc(size_t size);
-namespace {
-std::atomic<uint64_t> mallocs{0};
-}
-extern "C" void* malloc(size_t size) {
-  mallocs.fetch_add(1, std::memory_order_relaxed);
-  return __libc_malloc(size);
-}
 
 namespace {
 
-using benchnames::kCount;
-using benchnames::kNames;
+using nxtest::kNames;
+constexpr size_t kCount = nxtest::kNameCount;
 
 struct Corpus {
   std::vector<std::u16string> unicode;
@@ -46,7 +36,7 @@ struct Corpus {
   Corpus() {
     const NxCodeSet* cp1252 = NxLanguageContext::QueryCodeSet(1);
     for (const char* name : kNames) {
-      unicode.push_back(benchnames::ToUtf16(name));
+      unicode.push_back(nxtest::Utf16(name));
       const std::u16string& u = unicode.back();
       NxString w(reinterpret_cast<const unsigned short*>(u.c_str()));
       w.language = NxLANG_NEUTRAL;
@@ -83,14 +73,14 @@ void RunNxKey(benchmark::State& state, const std::vector<NxString>& strings) {
   unsigned char key[NxINDEX_MAX_KEYLEN];
   size_t k = 0;
   uint64_t bytes = 0;
-  const uint64_t before = mallocs.load();
+  const uint64_t before = nxbench::Allocations();
   for (auto _ : state) {
     bytes += mgr.Translate(NxTYPE_NxString, key, 0x81, sizeof key,
                            const_cast<NxString*>(&strings[k]), 8, 0, 1);
     benchmark::DoNotOptimize(key);
     if (++k == kCount) k = 0;
   }
-  Report(state, bytes, mallocs.load() - before);
+  Report(state, bytes, nxbench::Allocations() - before);
 }
 
 void BM_Key_Nx_Unicode(benchmark::State& state) {
@@ -114,7 +104,7 @@ void RunIcuKey(benchmark::State& state, const std::vector<std::u16string>& texts
   uint8_t key[NxINDEX_MAX_KEYLEN];
   size_t k = 0;
   uint64_t bytes = 0;
-  const uint64_t before = mallocs.load();
+  const uint64_t before = nxbench::Allocations();
   for (auto _ : state) {
     const std::u16string& t = texts[k];
     bytes += static_cast<uint64_t>(
@@ -122,7 +112,7 @@ void RunIcuKey(benchmark::State& state, const std::vector<std::u16string>& texts
     benchmark::DoNotOptimize(key);
     if (++k == kCount) k = 0;
   }
-  Report(state, bytes, mallocs.load() - before);
+  Report(state, bytes, nxbench::Allocations() - before);
   ucol_close(coll);
 }
 void BM_Key_Icu_Unicode(benchmark::State& state) {
@@ -170,13 +160,13 @@ void BM_Record_Store(benchmark::State& state) {
 void BM_Record_Load(benchmark::State& state) {
   const LongText& t = TheLongText();
   NxString s;
-  const uint64_t before = mallocs.load();
+  const uint64_t before = nxbench::Allocations();
   for (auto _ : state) {
     benchmark::DoNotOptimize(StringLoad(&s, t.record.data(), 1, 1));
     benchmark::ClobberMemory();
   }
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * 60000);
-  state.counters["allocs/load"] = benchmark::Counter(static_cast<double>(mallocs.load() - before) /
+  state.counters["allocs/load"] = benchmark::Counter(static_cast<double>(nxbench::Allocations() - before) /
                                                      static_cast<double>(state.iterations()));
 }
 

@@ -3,12 +3,15 @@
 // the comparator of the row "NxString".  Also the range estimate of NxString
 // that nxtm estimate hands over.
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
 #include <string>
 #include <vector>
+
+#include <sys/stat.h>
 
 #include <nxtm/nxtm.h>
 
@@ -354,6 +357,102 @@ int RunCompare(const Args& given) {
   return 0;
 }
 
+// ---------------------------------------------------------------------------
+// Sorting.  Every line gets its sort key once, and the lines are ordered by
+// their keys: the order of NxStrCmp, with lines that it finds equal (equal
+// keys) in their order of input, as a stable sort by NxStrCmp would leave
+// them.  Texts without a code set, which NxStrCmp compares as bytes, are
+// their own keys.
+
+// The UTF-16 of a line that is well-formed UTF-8 in its shortest form, of
+// characters from U+0001 to U+FFFF without surrogates: the text that
+// ReadUtf8 makes of it, which WriteUtf8 turns back into the same bytes.
+// False for anything else, which takes the library's way.
+bool DecodePlainUtf8(const char* text, size_t size, std::u16string& out) {
+  out.clear();
+  const unsigned char* p = reinterpret_cast<const unsigned char*>(text);
+  const unsigned char* end = p + size;
+  while (p != end) {
+    const unsigned c = *p;
+    if (c >= 0x01 && c < 0x80) {
+      out += static_cast<char16_t>(c);
+      ++p;
+    } else if (c >= 0xC2 && c < 0xE0) {
+      if (end - p < 2 || (p[1] & 0xC0) != 0x80) return false;
+      out += static_cast<char16_t>((c & 0x1F) << 6 | (p[1] & 0x3F));
+      p += 2;
+    } else if (c >= 0xE0 && c < 0xF0) {
+      if (end - p < 3 || (p[1] & 0xC0) != 0x80 || (p[2] & 0xC0) != 0x80) return false;
+      const unsigned cp = (c & 0x0F) << 12 | (p[1] & 0x3F) << 6 | (p[2] & 0x3F);
+      if (cp < 0x800 || (cp >= 0xD800 && cp < 0xE000)) return false;
+      out += static_cast<char16_t>(cp);
+      p += 3;
+    } else {
+      return false;
+    }
+  }
+  return out.size() <= (NxSTRING_MAX_SIZE - 2) / 2 && size <= 32767;
+}
+
+struct SortLine {
+  uint64_t head;    // the first 8 bytes of the key, most significant first
+  uint64_t key;     // offset of the key in the key arena, where it is 0-padded to 8 bytes
+  uint32_t length;  // of the key
+  uint32_t index;   // the line's place in the input
+};
+
+// 8 bytes of a key, most significant first.
+inline uint64_t Chunk(const unsigned char* at) {
+  uint64_t v;
+  std::memcpy(&v, at, sizeof v);
+  return __builtin_bswap64(v);
+}
+
+// Orders lines by their keys as memcmp orders them, the shorter key first
+// when one is the start of the other, and lines with equal keys by their
+// place in the input.  The keys are compared 8 bytes at a time: each line
+// carries in `head` the 8 bytes of its key at the depth reached, a range of
+// lines that agree before that depth is sorted by `head`, and each run of
+// equal heads goes one depth further.  A key is thus read once for each 8
+// bytes that it shares with others, not once for each comparison.  Beyond
+// its end a key reads as zeros; where all keys of a run go on with zeros
+// only, the lengths decide, as they do for memcmp.
+void SortByKeys(std::vector<SortLine>& lines, const unsigned char* keys) {
+  struct Range {
+    size_t first, last;
+    uint32_t depth;
+  };
+  std::vector<Range> todo{{0, lines.size(), 0}};
+  while (!todo.empty()) {
+    const Range range = todo.back();
+    todo.pop_back();
+    SortLine* const begin = lines.data() + range.first;
+    SortLine* const end = lines.data() + range.last;
+    std::sort(begin, end, [](const SortLine& x, const SortLine& y) { return x.head < y.head; });
+    const uint32_t next = range.depth + 8;
+    for (SortLine* at = begin; at != end;) {
+      SortLine* run = at + 1;
+      while (run != end && run->head == at->head) ++run;
+      if (run - at > 1) {
+        bool more = false;
+        for (SortLine* l = at; l != run; ++l) {
+          l->head = next < l->length ? Chunk(keys + l->key + next) : 0;
+          more = more || next < l->length;
+        }
+        if (more) {
+          todo.push_back({static_cast<size_t>(at - lines.data()),
+                          static_cast<size_t>(run - lines.data()), next});
+        } else {
+          std::sort(at, run, [](const SortLine& x, const SortLine& y) {
+            return x.length != y.length ? x.length < y.length : x.index < y.index;
+          });
+        }
+      }
+      at = run;
+    }
+  }
+}
+
 int RunSort(const Args& given) {
   Args args = given;
   Settings s;
@@ -364,11 +463,81 @@ int RunSort(const Args& given) {
   if ((s.cmpOp & (NxCMP_NO_WILDCARDS | NxCMP_EXACT)) == 0)
     return cli::Fail("sort: --wildcards makes the second text a pattern, which is no ordering");
   if (k.keys) return SortByKeys(s, k);
-  std::vector<Text> lines;
-  if (int status = ReadLines(s, lines)) return status;
-  std::stable_sort(lines.begin(), lines.end(),
-                   [&s](const Text& x, const Text& y) { return Compare(x, y, s, s.cmpOp) < 0; });
-  for (const Text& line : lines) WriteLine(line);
+
+  std::string input;
+  {
+    // A file's size is known: one read.  Pipes grow the buffer as they go.
+    struct stat info;
+    if (fstat(fileno(stdin), &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0)
+      input.reserve(static_cast<size_t>(info.st_size) + 1);
+    char chunk[1 << 16];
+    size_t n;
+    while ((n = std::fread(chunk, 1, sizeof chunk, stdin)) != 0) input.append(chunk, n);
+  }
+
+  // Each line: its key, and what is written for it (the line itself when it
+  // reads back to the same bytes, else the converted text).
+  std::vector<SortLine> lines;
+  std::vector<unsigned char> keys;
+  std::vector<std::pair<size_t, size_t>> output;  // offset and size in `input` or `converted`
+  std::vector<bool> fromConverted;
+  std::string converted;
+  std::u16string units;
+  std::vector<unsigned char> key(256);
+  keys.reserve(3 * input.size() + 64);
+  lines.reserve(input.size() / 16 + 16);
+  output.reserve(input.size() / 16 + 16);
+  const auto addKey = [&](unsigned char codeSet, const char* text) {
+    uint32_t n;
+    if (codeSet == 0) {
+      n = static_cast<uint32_t>(std::strlen(text));
+      key.assign(text, text + n);
+    } else {
+      n = NxStrSortKey(codeSet, s.language, text, s.cmpOp, 1, key.data(),
+                       static_cast<uint32_t>(key.size()));
+      if (n > key.size()) {
+        key.resize(n);
+        NxStrSortKey(codeSet, s.language, text, s.cmpOp, 1, key.data(), n);
+      }
+    }
+    const size_t at = keys.size();
+    keys.resize(at + ((n + 15) & ~7u), 0);
+    std::memcpy(keys.data() + at, key.data(), n);
+    lines.push_back(SortLine{Chunk(keys.data() + at), at, n, static_cast<uint32_t>(lines.size())});
+  };
+  for (size_t at = 0; at < input.size();) {
+    size_t end = input.find('\n', at);
+    if (end == std::string::npos) end = input.size();
+    const char* text = input.data() + at;
+    const size_t size = end - at;
+    if (s.codeSet == NxCS_UNICODE && DecodePlainUtf8(text, size, units)) {
+      addKey(NxCS_UNICODE, reinterpret_cast<const char*>(units.c_str()));
+      output.emplace_back(at, size);
+      fromConverted.push_back(false);
+    } else {
+      Text line;
+      std::string error;
+      if (!MakeText(std::string(text, size), s, line, error))
+        return cli::Fail("line " + std::to_string(lines.size() + 1) + ": " + error);
+      addKey(s.codeSet, line.data());
+      const std::string out = cli::WriteUtf8(line.string);
+      output.emplace_back(converted.size(), out.size());
+      fromConverted.push_back(true);
+      converted += out;
+    }
+    at = end + 1;
+  }
+
+  SortByKeys(lines, keys.data());
+
+  std::string out;
+  out.reserve(input.size() + converted.size() + lines.size());
+  for (const SortLine& line : lines) {
+    const auto& place = output[line.index];
+    out.append((fromConverted[line.index] ? converted : input).data() + place.first, place.second);
+    out += '\n';
+  }
+  std::fwrite(out.data(), 1, out.size(), stdout);
   return 0;
 }
 

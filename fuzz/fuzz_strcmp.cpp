@@ -2,7 +2,8 @@
 // limits to the comparison, the hashes, the wildcard search, and the search
 // and edit operations of NxString built from the same texts: no crash, no
 // sanitizer report, no read behind a terminator, bounded memory, and the
-// same result for the same text whichever road the comparison takes.
+// same result for the same text whichever road the comparison takes (the
+// fast readers of the compact entries or the general reader).
 //
 // Input: code set 1, language 1, code set 2, language 2 (each an index into
 // the lists below), the comparison word (2 bytes), maxLength (2 bytes), a
@@ -76,6 +77,22 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
            8, &prefix);
   NxStrCmp(codeSet1, language1, text1.data(), codeSet2, language2, text2.data(), cmpOp & 0xFFEF, -1,
            1, nullptr);
+
+  // The readers of the compact entries and the general reader: with spaces
+  // ignored, a prefix result asks for the general compare, and without it
+  // the fast one runs where it can.  Both must agree, with wildcards off
+  // and on.
+  if ((cmpOp & NxCMP_EXACT) == 0) {
+    for (unsigned short op : {static_cast<unsigned short>(cmpOp | 0x90),
+                              static_cast<unsigned short>((cmpOp & 0xFFEF) | 0x80)}) {
+      int general = 0;
+      const int32_t fast = NxStrCmp(codeSet1, language1, text1.data(), codeSet2, language2,
+                                    text2.data(), op, maxLength, 1, nullptr);
+      if (fast != NxStrCmp(codeSet1, language1, text1.data(), codeSet2, language2, text2.data(), op,
+                           maxLength, 1, &general))
+        __builtin_trap();
+    }
+  }
 
   // The same units as Unicode and as the legacy 16-bit code set, which is
   // ordered through Unicode by the general reader: the results must agree.

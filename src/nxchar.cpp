@@ -11,6 +11,12 @@
 #include <nxtm/nxstring.h>
 #include <nxtm/nxstriter.h>
 
+#include "nxcollation.h"
+
+// The process-wide wildcard orders; 0 means not yet looked up.
+unsigned short detail::collation::asteriskOrder = 0;
+unsigned short detail::collation::questionOrder = 0;
+
 namespace {
 
 // Code set numbers with a meaning of their own.
@@ -75,9 +81,8 @@ inline unsigned char LanguageOrDefault(unsigned char language) {
   return language == kDefault ? NxLanguageContext::GetDefaultLanguage() : language;
 }
 
-// The process-wide wildcard orders; 0 means not yet looked up.
-unsigned short asteriskOrder = 0;
-unsigned short questionOrder = 0;
+using detail::collation::asteriskOrder;
+using detail::collation::questionOrder;
 unsigned short escapeOrder = 0;
 
 // The order of `character` in the order table of code set 1.
@@ -595,6 +600,40 @@ unsigned short NxStringIterator::GetNextOrder(unsigned short trackState) {
     const unsigned short unit = ReadUnit(position, format);
     StepForward(*this);
     return unit;
+  }
+
+  // A character of a code set with an order table of its own, read through
+  // its compact entry, when nothing is pending: everything below but
+  // contractions and the values from 0xFFF0 up.
+  if (overflow == nullptr && position != nullptr) {
+    namespace collation = detail::collation;
+    const collation::CodeSet* set = collation::CodeSetOf(codeSet, language);
+    const collation::Reading* reading = set != nullptr ? set->reading[language] : nullptr;
+    if (reading != nullptr) {
+      const bool wide = codeSet > 224;
+      const unsigned short v = wide ? ReadUnit(position, format) : *position;
+      if (v == 0) return 0;
+      const collation::Entry entry = wide ? collation::Lookup(*reading, v) : reading->flat[v];
+      switch (entry & collation::kKindMask) {
+        case collation::kSimple:
+          if (trackState != 0) state = collation::StateOf(entry);
+          position += wide ? 2 : 1;
+          return static_cast<unsigned short>(entry);
+        case collation::kSimple | collation::kExpansion:
+          if (trackState != 0) state = collation::StateOf(entry);
+          SetOverflow(&collation::ExpansionOf(*reading, v), kOrderText);
+          StepForward(*this);
+          return static_cast<unsigned short>(entry);
+        case collation::kSimple | collation::kUnknown:
+          position += wide ? 2 : 1;
+          if (trackState != 0 && v != Wildcard(asteriskOrder, '*') &&
+              v != Wildcard(questionOrder, '?'))
+            state = kUnknownState;
+          return v;
+        default:
+          break;
+      }
+    }
   }
 
   // The current element: the next pending value, or the character here.

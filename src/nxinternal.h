@@ -11,9 +11,16 @@ namespace detail {
 extern NxString emptyString;
 extern NxString nullPrintString;
 
-// The two tables, in nxtypes.cpp.
-extern NxTypeDesc* currentTable[42];
-extern NxTypeDesc* oldTable[42];
+// The two tables, in nxtypes.cpp: the id map of a table (kTableMap
+// entries) followed by the table itself (kTableRows entries, null-closed).
+// NxTypeMgr::table points at `entries + kTableMap`.
+constexpr size_t kTableMap = 256;
+constexpr size_t kTableRows = 42;
+struct TableBlock {
+  NxTypeDesc* entries[kTableMap + kTableRows];
+};
+extern TableBlock currentTable;
+extern TableBlock oldTable;
 
 // The overflow rule of strings: asks the configuration whether to report,
 // and reports through ZENTRO_assert.  `line` is the line of the check.

@@ -41,6 +41,8 @@
 #include <nxtm/nxstring.h>
 #include <nxtm/nxstriter.h>
 
+#include "nxcollation.h"
+
 namespace {
 
 constexpr unsigned short kFirstSymbol = 80;
@@ -118,33 +120,44 @@ inline uint32_t CodeLength(unsigned char first) {
 }
 
 // The collation elements of a text as NxStrCmp reads them: the general
-// reader of NxStringIterator, with a shortcut for characters whose record
-// has no contraction, no language variant and no expansion.
+// reader of NxStringIterator, with a shortcut for characters whose compact
+// entry is one element (no contraction, no expansion, a record).
 class Elements {
  public:
-  Elements(unsigned char codeSet, unsigned char language, const char* text, unsigned char format)
-      : it_(text, codeSet, language, format) {
+  // The iterator is made as its constructor would make it; where the code
+  // set has entries, without the calls that ask for the home state.
+  Elements(unsigned char codeSet, unsigned char language, const char* text, unsigned char format) {
+    const detail::collation::CodeSet* set =
+        codeSet != 255 ? detail::collation::CodeSetOf(codeSet, language) : nullptr;
+    if (set != nullptr) {
+      it_.position = reinterpret_cast<unsigned char*>(const_cast<char*>(text));
+      it_.codeSet = codeSet;
+      it_.language = language;
+      it_.state = set->home[language];
+      it_.format = format == 255 ? 1 : format;
+    } else {
+      it_ = NxStringIterator(text, codeSet, language, format);
+      set = it_.codeSet != kOrderText ? detail::collation::CodeSetOf(it_.codeSet, it_.language)
+                                      : nullptr;
+    }
+    reading_ = set != nullptr ? set->reading[it_.language] : nullptr;
     wide_ = it_.codeSet > 224;
     byteOrder_ = static_cast<unsigned char>(it_.format & 0x0F);
-    home_ = it_.state;
-    if (it_.codeSet != kOrderText) {
-      const NxCodeSet* set = NxLanguageContext::QueryCodeSet(it_.codeSet);
-      table_ = set != nullptr ? set->orderTable : nullptr;
-    }
   }
 
   // The next order, 0 at the end; `state` is then the iterator's state.
-  unsigned short Next() {
+  __attribute__((always_inline)) unsigned short Next() {
     if (++count_ > kMaxElements) return 0;
-    if (table_ != nullptr && it_.overflow == nullptr && it_.position != nullptr) {
-      const unsigned short value = wide_ ? Unit(it_.position) : *it_.position;
+    if (reading_ != nullptr && it_.overflow == nullptr && it_.position != nullptr) {
+      const unsigned short value =
+          wide_ ? detail::collation::UnitAt(it_.position, byteOrder_) : *it_.position;
       if (value == 0) return 0;
-      const NxOrderRecord* record = table_->Find(value);
-      if (record != nullptr &&
-          (record->hasNext | record->hasVariants | record->hasExpansion) == 0) {
-        it_.state = record->stateSource != nullptr ? *record->stateSource : home_;
+      const detail::collation::Entry entry =
+          wide_ ? detail::collation::Lookup(*reading_, value) : reading_->flat[value];
+      if ((entry & detail::collation::kKindMask) == detail::collation::kSimple) {
+        it_.state = detail::collation::StateOf(entry);
         it_.position += wide_ ? 2 : 1;
-        return record->order;
+        return static_cast<unsigned short>(entry);
       }
     }
     return it_.GetNextOrder(1);
@@ -153,22 +166,9 @@ class Elements {
   unsigned char state() const { return it_.state; }
 
  private:
-  // A 16-bit unit by the byte order of the format: 8 the memory form, 2
-  // most significant byte first, anything else least significant first.
-  unsigned short Unit(const unsigned char* at) const {
-    if (byteOrder_ == 8) {
-      unsigned short unit;
-      std::memcpy(&unit, at, sizeof unit);
-      return unit;
-    }
-    if (byteOrder_ == 2) return static_cast<unsigned short>((at[0] << 8) | at[1]);
-    return static_cast<unsigned short>(at[0] | (at[1] << 8));
-  }
-
   NxStringIterator it_;
-  const NxOrderTable* table_ = nullptr;
+  const detail::collation::Reading* reading_ = nullptr;
   uint32_t count_ = 0;
-  unsigned char home_ = 0;
   unsigned char byteOrder_ = 1;
   bool wide_ = false;
 };
@@ -197,16 +197,16 @@ class ReversedLevel {
   uint32_t length() const { return length_; }
 
   // An accent of 0 or an empty group.
-  void Zero() {
+  __attribute__((always_inline)) void Zero() {
     if (started_) ++zeros_;
   }
   // One byte of a value, written in front of what is there.
-  void Byte(unsigned char byte) {
+  __attribute__((always_inline)) void Byte(unsigned char byte) {
     ++length_;
     if (out_ != nullptr) out_->Put(--at_, byte);
   }
   // The zeros since the last value go in front of the next one.
-  void BeginValue() {
+  __attribute__((always_inline)) void BeginValue() {
     FlushZeros();
     started_ = true;
   }
@@ -250,7 +250,7 @@ class Tiebreaks {
     if (out_ != nullptr && closeAccents_) accents_.Finish(true);
   }
 
-  void Add(uint16_t element) {
+  __attribute__((always_inline)) void Add(uint16_t element) {
     if ((element & kCounts) == 0) {
       if (!usePassed_) return;
       if (group_ == 0) passed_.BeginValue();
@@ -299,7 +299,7 @@ class Tiebreaks {
  private:
   // The group of passed-over elements in front of an element that counts,
   // or at the end, is complete: its length goes in front of its orders.
-  void CloseGroup() {
+  __attribute__((always_inline)) void CloseGroup() {
     if (!usePassed_) return;
     if (group_ == 0) {
       passed_.Zero();
@@ -337,7 +337,8 @@ constexpr uint32_t kKept = 256;
 // over), with the weight of an element that counts; false at the end.
 // Spaces and symbols of the low states are passed over, or left out with
 // NxCMP_IGNORE_SPACES and NxCMP_IGNORE_SYMBOLS, as NxStrCmp reads them.
-bool NextElement(Elements& elements, unsigned short cmpOp, uint16_t& element, uint32_t& weight) {
+inline __attribute__((always_inline)) bool NextElement(Elements& elements, unsigned short cmpOp,
+                                                       uint16_t& element, uint32_t& weight) {
   for (;;) {
     const unsigned short order = elements.Next();
     if (order == 0) return false;
@@ -397,11 +398,21 @@ uint32_t NxStrSortKey(unsigned char codeSet, unsigned char language, const char*
   Tiebreaks measure(nullptr, accents, cases, passed, 0, 0, 0, 0, 0, closeAccents);
   uint16_t element;
   uint32_t weight;
+  // The first level goes straight to the key (the pointer and size in
+  // locals, which the stores can't change).
+  unsigned char* const first = out.key;
+  const uint32_t room = out.size;
   while (NextElement(elements, cmpOp, element, weight)) {
     if ((element & kCounts) != 0) {
-      unsigned char code[4];
+      unsigned char code[4] = {0, 0, 0, 0};
       const uint32_t n = EncodeHigh(weight >> 8, code);
-      for (uint32_t i = 0; i < n; ++i) out.Put(length++, code[i]);
+      if (length + 4 <= room) {
+        std::memcpy(first + length, code, 4);
+        length += n;
+      } else {
+        for (uint32_t i = 0; i < n; ++i, ++length)
+          if (length < room) first[length] = code[i];
+      }
     }
     measure.Add(element);
     if (keptCount < kKept) {

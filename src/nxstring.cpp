@@ -14,6 +14,7 @@
 #include <cstring>
 #include <new>
 
+#include "nxcollation.h"
 #include "nxinternal.h"
 
 // ---------------------------------------------------------------------------
@@ -1099,148 +1100,27 @@ int32_t ByteMatch(const char* s, const char* p, uint32_t n) {
   }
 }
 
-// A compact copy of the records of the first 512 values of each order
-// table, made once when the library loads (the tables of nxin are constant
-// and valid before any static constructor runs), so that the collation loop
-// reads 8 bytes per character instead of a record.  Each entry holds the
-// order (bits 0-15), the state that the character sets (bits 16-23; 0 with
-// a mask of 0xFF in bits 56-63 when it is the home state of the language),
-// three flags (bits 24-26), and the low 24 bits of the weight in any state
-// but 20 (bits 32-55).  Languages with collation of their own get a copy
-// with their variants resolved; all other languages share one in which the
-// variants play no part, as in the general reader.
-using Entry = uint64_t;
-constexpr Entry kSimple = Entry{1} << 24;  // no contraction and no expansion
-constexpr Entry kStops = Entry{1} << 25;   // a digit, letter or ideograph, or a state from 20 up
-constexpr Entry kSymbol = Entry{1} << 26;  // a symbol, not a space
-constexpr unsigned kCachedValues = 512;
-constexpr unsigned kMaxCachedCodeSets = 8;
-constexpr unsigned kLanguageCopies = 8;  // copies for languages of their own
-constexpr unsigned char kUncached = 0xFF;
+namespace collation = detail::collation;
+using collation::Entry;
+using collation::HashEntry;
+using collation::kCounts;
+using collation::kExpansion;
+using collation::kHashSlow;
+using collation::kKindMask;
+using collation::kSimple;
+using collation::kStops;
+using collation::kSymbol;
+using collation::kUnknown;
+using collation::Reading;
 
-// The hash reads characters below 256 through a table of their weights:
-// bits 0-31 the weight with the state that the character sets, or with
-// state 0 when it keeps the home state of the language; bits 56-63 0xFF in
-// that case, to take the home state in; bit 32 for a character that the
-// table can't serve (the terminator, contractions, expansions, state 20).
-using HashEntry = uint64_t;
-constexpr HashEntry kHashSlow = HashEntry{1} << 32;
-constexpr unsigned kHashedValues = 256;
-
-struct CodeSetCache {
-  const NxOrderTable* table;
-  Entry low[1 + kLanguageCopies][kCachedValues];
-  HashEntry hashed[1 + kLanguageCopies][kHashedValues];  // from `low`
-  unsigned char copy[255];  // per language: its copy of `low`, or kUncached
-  unsigned char home[255];  // per language: InitialState
-  // Per language: the entries that it reads, or null when the plain
-  // cursors can't serve it (no copy of its own left, or a home state from
-  // 20 up).
-  const Entry* reading[255];
-};
-
-CodeSetCache cacheOf[kMaxCachedCodeSets];
-const CodeSetCache* cacheByNumber[256];  // null for code sets without a cache
-
-Entry EntryOf(const NxOrderRecord* r) {
-  Entry entry = r->order;
-  if ((r->hasNext | r->hasExpansion) == 0) entry |= kSimple;
-  if (r->order >= kFirstDigit) entry |= kStops;
-  if (r->order >= kFirstSymbol) entry |= kSymbol;
-  if (r->stateSource == nullptr) {
-    entry |= Entry{0xFF} << 56;
-  } else {
-    if (*r->stateSource >= kUnknownState) entry |= kStops;
-    entry |= Entry{*r->stateSource} << 16;
-    // The weight of state 20 has another form: left to the general reader.
-    if (*r->stateSource == kUnknownState) entry &= ~kSimple;
-  }
-  entry |= Entry{NxStringIterator::WeightOf(r->order, 0) & 0xFFFFFFu} << 32;
-  return entry;
+// The entries of a code set, and the reading of a language, or null.
+inline const collation::CodeSet* CacheOf(unsigned char codeSet, unsigned char language) {
+  return collation::CodeSetOf(codeSet, language);
 }
 
-// The state that the character of an entry sets.
-inline unsigned char EntryState(Entry entry, unsigned char home) {
-  return static_cast<unsigned char>(((entry >> 16) & 0xFF) | (home & (entry >> 56)));
-}
-
-// The weight of the character of an entry in `state`, as WeightOf gives it
-// in any state but 20.
-inline uint32_t EntryWeight(Entry entry, unsigned char state) {
-  return static_cast<uint32_t>(state) << 24 | (static_cast<uint32_t>(entry >> 32) & 0xFFFFFFu);
-}
-
-HashEntry HashEntryOf(Entry entry, unsigned value) {
-  if (value == 0 || (entry & kSimple) == 0 || static_cast<unsigned short>(entry) == 0)
-    return kHashSlow;
-  const uint32_t weight = static_cast<uint32_t>((entry >> 16) & 0xFF) << 24 |
-                          (static_cast<uint32_t>(entry >> 32) & 0xFFFFFFu);
-  const HashEntry home = (entry >> 56) != 0 ? HashEntry{0xFF000000u} << 32 : 0;
-  return weight | home;
-}
-
-// The weight of a character in a language whose home state, shifted to
-// the top byte, is `home`.
-inline uint32_t HashWeight(HashEntry entry, uint32_t home) {
-  return static_cast<uint32_t>(entry) | (static_cast<uint32_t>(entry >> 32) & home);
-}
-
-// The record that a language reads for `r`, as the general reader picks it.
-const NxOrderRecord* VariantOf(const NxOrderRecord* r, const NxLanguage* language) {
-  if (r->hasVariants == 0 || language == nullptr || language->specificCollation == 0) return r;
-  for (int32_t i = 0; i < r->languages.count; ++i) {
-    const NxLanguage* candidate = nullptr;
-    if (r->languages.Get(i, candidate) != 0 || candidate != language) continue;
-    const NxOrderRecord* variant = nullptr;
-    if (r->variants.Get(i, variant) == 0 && variant != nullptr) return variant;
-    break;
-  }
-  return r;
-}
-
-const struct CacheBuilder {
-  CacheBuilder() {
-    unsigned used = 0;
-    for (unsigned number = 1; number <= 253 && used < kMaxCachedCodeSets; ++number) {
-      const NxCodeSet* set = NxLanguageContext::QueryCodeSet(static_cast<unsigned char>(number));
-      if (set == nullptr || set->orderTable == nullptr) continue;
-      CodeSetCache& cache = cacheOf[used];
-      cache.table = set->orderTable;
-      for (unsigned v = 0; v < kCachedValues; ++v)
-        cache.low[0][v] = EntryOf(set->orderTable->Find(static_cast<unsigned short>(v)));
-      for (unsigned v = 0; v < kHashedValues; ++v)
-        cache.hashed[0][v] = HashEntryOf(cache.low[0][v], v);
-      unsigned copies = 0;
-      for (unsigned number2 = 0; number2 < 255; ++number2) {
-        const unsigned char language = static_cast<unsigned char>(number2);
-        cache.home[language] = set->InitialState(language);
-        const NxLanguage* own = NxLanguageContext::QueryLanguage(language);
-        if (own == nullptr || own->specificCollation == 0) {
-          cache.copy[language] = 0;
-        } else if (copies < kLanguageCopies) {
-          cache.copy[language] = static_cast<unsigned char>(++copies);
-          for (unsigned v = 0; v < kCachedValues; ++v)
-            cache.low[copies][v] =
-                EntryOf(VariantOf(set->orderTable->Find(static_cast<unsigned short>(v)), own));
-          for (unsigned v = 0; v < kHashedValues; ++v)
-            cache.hashed[copies][v] = HashEntryOf(cache.low[copies][v], v);
-        } else {
-          cache.copy[language] = kUncached;
-        }
-        cache.reading[language] =
-            cache.copy[language] == kUncached || cache.home[language] >= kUnknownState
-                ? nullptr
-                : cache.low[cache.copy[language]];
-      }
-      cacheByNumber[number] = &cache;
-      ++used;
-    }
-  }
-} cacheBuilder;
-
-// The cache of a code set and language, or null.
-inline const CodeSetCache* CacheOf(unsigned char codeSet, unsigned char language) {
-  return language == 255 ? nullptr : cacheByNumber[codeSet];
+inline const Reading* ReadingOf(unsigned char codeSet, unsigned char language) {
+  const collation::CodeSet* set = collation::CodeSetOf(codeSet, language);
+  return set != nullptr ? set->reading[language] : nullptr;
 }
 
 // One side of the strength compare: an iterator with its current element
@@ -1249,7 +1129,7 @@ struct Side {
   // The iterator is made as its constructor on the text would make it; in
   // the cached code sets without the calls that ask for the home state.
   Side(const char* text, unsigned char codeSet, unsigned char language, unsigned char format) {
-    const CodeSetCache* cache = CacheOf(codeSet, language);
+    const collation::CodeSet* cache = CacheOf(codeSet, language);
     if (cache != nullptr) {
       iterator.position = reinterpret_cast<unsigned char*>(const_cast<char*>(text));
       iterator.codeSet = codeSet;
@@ -1291,12 +1171,12 @@ struct Side {
 
 // The collation reading of one text without the calls of the general
 // reader, for the elements that need none of its work: a character of a
-// code set with an order table of its own whose record has no contraction,
-// no language variant and no expansion, and the units of order text.
-// Everything else (pending expansions, contractions, variants, characters
-// without a record, code sets ordered through Unicode) goes to
-// NxStringIterator::GetNextOrder, which gives the same result for the
-// elements handled here.
+// code set with an order table of its own whose entry is one element
+// (no contraction, its language's variant resolved, no expansion, a
+// record), and the units of order text.  Everything else (pending
+// expansions, contractions, characters without a record, code sets
+// ordered through Unicode) goes to NxStringIterator::GetNextOrder, which
+// gives the same result for the elements handled here.
 class FastOrders {
  public:
   // Set up on an iterator just made on its text: its state is then the
@@ -1306,15 +1186,7 @@ class FastOrders {
     wide_ = it.codeSet > 224;
     byteOrder_ = static_cast<unsigned char>(it.format & 0x0F);
     homeState_ = it.state;
-    const CodeSetCache* cache = CacheOf(it.codeSet, it.language);
-    if (cache != nullptr) {
-      table_ = cache->table;
-      const unsigned char copy = cache->copy[it.language];
-      if (copy != kUncached) low_ = cache->low[copy];
-    } else if (!orderText_) {
-      const NxCodeSet* set = NxLanguageContext::QueryCodeSet(it.codeSet);
-      table_ = set != nullptr ? set->orderTable : nullptr;
-    }
+    if (!orderText_) reading_ = ReadingOf(it.codeSet, it.language);
   }
 
   unsigned short Next(NxStringIterator& it, unsigned short trackState) const {
@@ -1324,26 +1196,14 @@ class FastOrders {
         it.position = at + 2;
         return Unit(at);
       }
-      if (table_ != nullptr) {
+      if (reading_ != nullptr) {
         const unsigned short value = wide_ ? Unit(at) : *at;
         if (value == 0) return 0;  // stays on the terminator
-        if (low_ != nullptr && value < kCachedValues) {
-          // The copy of the text's language: variants are resolved.
-          const Entry entry = low_[value];
-          if ((entry & kSimple) != 0) {
-            if (trackState != 0) it.state = EntryState(entry, homeState_);
-            it.position = at + (wide_ ? 2 : 1);
-            return static_cast<unsigned short>(entry);
-          }
-        } else {
-          const NxOrderRecord* record = table_->Find(value);
-          if (record != nullptr &&
-              (record->hasNext | record->hasVariants | record->hasExpansion) == 0) {
-            if (trackState != 0)
-              it.state = record->stateSource != nullptr ? *record->stateSource : homeState_;
-            it.position = at + (wide_ ? 2 : 1);
-            return record->order;
-          }
+        const Entry entry = collation::Lookup(*reading_, value);
+        if ((entry & kKindMask) == kSimple) {
+          if (trackState != 0) it.state = collation::StateOf(entry);
+          it.position = at + (wide_ ? 2 : 1);
+          return static_cast<unsigned short>(entry);
         }
       }
     }
@@ -1359,7 +1219,7 @@ class FastOrders {
   static uint32_t SkipCommonStart(const FastOrders& fa, NxStringIterator& a, NxStringIterator& b,
                                   uint32_t limit, unsigned short asterisk,
                                   unsigned short question) {
-    if (fa.low_ == nullptr || a.overflow != nullptr || b.overflow != nullptr ||
+    if (fa.reading_ == nullptr || a.overflow != nullptr || b.overflow != nullptr ||
         a.position == nullptr || b.position == nullptr)
       return 0;
     const unsigned width = fa.wide_ ? 2 : 1;
@@ -1369,12 +1229,13 @@ class FastOrders {
     uint32_t n = 0;
     while (n < limit) {
       const unsigned short v = fa.wide_ ? fa.Unit(p) : *p;
-      if (v == 0 || v >= kCachedValues || v != (fa.wide_ ? fa.Unit(q) : *q)) break;
-      const Entry entry = fa.low_[v];
+      if (v == 0 || v != (fa.wide_ ? fa.Unit(q) : *q)) break;
+      const Entry entry = collation::Lookup(*fa.reading_, v);
       const unsigned short order = static_cast<unsigned short>(entry);
-      if ((entry & kSimple) == 0 || (asterisk != 0 && (order == asterisk || order == question)))
+      if ((entry & kKindMask) != kSimple ||
+          (asterisk != 0 && (order == asterisk || order == question)))
         break;
-      state = EntryState(entry, fa.homeState_);
+      state = collation::StateOf(entry);
       p += width;
       q += width;
       ++n;
@@ -1390,25 +1251,14 @@ class FastOrders {
 
   // Both texts read alike: same code set, state and byte order.
   bool SameReading(const FastOrders& other) const {
-    return low_ == other.low_ && homeState_ == other.homeState_ && byteOrder_ == other.byteOrder_ &&
-           wide_ == other.wide_;
+    return reading_ == other.reading_ && homeState_ == other.homeState_ &&
+           byteOrder_ == other.byteOrder_ && wide_ == other.wide_;
   }
 
  private:
-  // A 16-bit unit by the byte order of the format: 8 the memory form, 2
-  // most significant byte first, anything else least significant first.
-  unsigned short Unit(const unsigned char* at) const {
-    if (byteOrder_ == 8) {
-      unsigned short unit;
-      std::memcpy(&unit, at, sizeof unit);
-      return unit;
-    }
-    if (byteOrder_ == 2) return static_cast<unsigned short>((at[0] << 8) | at[1]);
-    return static_cast<unsigned short>(at[0] | (at[1] << 8));
-  }
+  unsigned short Unit(const unsigned char* at) const { return collation::UnitAt(at, byteOrder_); }
 
-  const NxOrderTable* table_ = nullptr;
-  const Entry* low_ = nullptr;
+  const Reading* reading_ = nullptr;
   unsigned char homeState_ = 0;
   unsigned char byteOrder_ = 1;
   bool wide_ = false;
@@ -1750,41 +1600,58 @@ int32_t ExactCompare(NxStringIterator& a, NxStringIterator& b, uint32_t limit) {
   return r;
 }
 
-// The strength compare of two texts that read through the compact tables
+// The strength compare of two texts that read through the compact entries
 // alone, without wildcards met in the pattern and without prefixResult:
 // the same passes as StrengthCompare with nothing but plain cursors.  An
-// element that needs more (an expansion, a contraction, a character above
-// the cached values, a wildcard) ends the attempt, and the caller runs the
-// general compare from the start.
+// element that needs more (a contraction, a state of 20 by its record, a
+// reserved value, a character without a record whose value is a wildcard
+// order, a wildcard in the pattern) ends the attempt, and the caller runs
+// the general compare from the start.
 struct Cursor {
   const unsigned char* at;
-  const Entry* low;
+  const Reading* reading;
+  const Entry* narrow;              // the entries of 8-bit text: the flat ones
+  const unsigned short* expansion;  // orders of an expansion still to come
+  uint32_t expansionLeft;
   uint32_t count;
   unsigned char state;
-  unsigned char home;
   bool swap;  // 16-bit units in the other byte order than the machine's
   bool wide;
 };
+
+// Whether 16-bit units in `format` have the other byte order than the
+// machine's: 8 is the memory form, 2 most significant byte first, anything
+// else least significant first; 255 means 1.
+inline bool SwapOf(unsigned char format) {
+  const unsigned order = (format == 255 ? 1u : format) & 0x0Fu;
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+  return order != 8 && order != 2;
+#else
+  return order == 2;
+#endif
+}
+
+inline __attribute__((always_inline)) void SetUpCursor(Cursor& c, const char* text,
+                                                       const Reading& reading, bool wide,
+                                                       bool swap) {
+  c.at = reinterpret_cast<const unsigned char*>(text);
+  c.reading = &reading;
+  c.narrow = reading.flat;
+  c.expansion = nullptr;
+  c.expansionLeft = 0;
+  c.count = 0;
+  c.state = reading.home;
+  c.swap = swap;
+  c.wide = wide;
+}
 
 inline __attribute__((always_inline)) bool SetUpCursor(Cursor& c, const char* text,
                                                        unsigned char codeSet,
                                                        unsigned char language,
                                                        unsigned char format) {
-  const CodeSetCache* cache = CacheOf(codeSet, language);
-  if (cache == nullptr || cache->reading[language] == nullptr) return false;
-  c.at = reinterpret_cast<const unsigned char*>(text);
-  c.low = cache->reading[language];
-  c.count = 0;
-  c.state = c.home = cache->home[language];
-  // The byte order of the format: 8 the memory form, 2 most significant
-  // byte first, anything else least significant first.
-  const unsigned order = (format == 255 ? 1u : format) & 0x0Fu;
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
-  c.swap = order != 8 && order != 2;
-#else
-  c.swap = order == 2;
-#endif
-  c.wide = codeSet > 224;
+  const Reading* reading = ReadingOf(codeSet, language);
+  if (reading == nullptr) return false;
+  SetUpCursor(c, text, *reading, codeSet > 224, SwapOf(format));
   return true;
 }
 
@@ -1797,10 +1664,29 @@ inline __attribute__((always_inline)) unsigned short ValueAt(const Cursor& c,
   return c.swap ? static_cast<unsigned short>(unit << 8 | unit >> 8) : unit;
 }
 
+template <bool kWide>
+inline __attribute__((always_inline)) Entry EntryAt(const Cursor& c, unsigned short value) {
+  return kWide ? collation::Lookup(*c.reading, value) : c.narrow[value];
+}
+
+using collation::kRunIgnorable;
+using collation::kRunKind;
+using collation::kRunOther;
+using collation::RunEntry;
+
+template <bool kWide>
+inline __attribute__((always_inline)) RunEntry RunAt(const Cursor& c, unsigned short value) {
+  if (!kWide || value < collation::kFlat) return c.reading->run[value];
+  return collation::RunEntryOf(collation::Lookup(*c.reading, value));
+}
+
+// A character without a record whose value is a wildcard order keeps the
+// state: such a character is left to the general reader.
+using collation::UnknownSetsState;
+
 enum class Read { stop, readOn, giveUp };
 
-// ReadOrder on a cursor.  With kPlain there is no limit below 65535, so no
-// count is kept (a text has fewer elements), and no wildcard to look for.
+// ReadOrder on a cursor.  With kPlain there is no wildcard to look for.
 template <bool kWide, bool kPlain>
 inline __attribute__((always_inline)) Read ReadSimple(Cursor& c, uint32_t limit,
                                                       unsigned short cmpOp, unsigned short asterisk,
@@ -1808,101 +1694,210 @@ inline __attribute__((always_inline)) Read ReadSimple(Cursor& c, uint32_t limit,
                                                       unsigned short& order, uint32_t& weight,
                                                       unsigned short& pending) {
   for (;;) {
-    if (!kPlain && ++c.count > limit) {
+    if (++c.count > limit) {
       order = 0;
       weight = 0;
       return Read::stop;
     }
-    const unsigned short v = ValueAt<kWide>(c, c.at);
-    if (v == 0) {
-      order = 0;
-      weight = 0;
-      return Read::stop;
+    unsigned short o;
+    bool symbol;
+    if (__builtin_expect(c.expansionLeft != 0, 0)) {
+      // An order of an expansion: the state stays.
+      o = *c.expansion++;
+      --c.expansionLeft;
+      if (!kPlain && asterisk != 0 && (o == asterisk || o == question)) return Read::giveUp;
+      order = o;
+      weight = NxStringIterator::WeightOf(o, c.state);
+      if (o >= kFirstDigit || c.state >= kUnknownState) return Read::stop;
+      symbol = o >= kFirstSymbol;
+    } else {
+      const unsigned short v = ValueAt<kWide>(c, c.at);
+      if (v == 0) {
+        order = 0;
+        weight = 0;
+        return Read::stop;
+      }
+      const Entry entry = EntryAt<kWide>(c, v);
+      const Entry kind = entry & kKindMask;
+      if (__builtin_expect(kind != kSimple, 0)) {
+        if (kind == (kSimple | kUnknown)) {
+          // Its value is the order, in state 20, where it counts.
+          if (!UnknownSetsState(v)) return Read::giveUp;
+          c.state = kUnknownState;
+          c.at += kWide ? 2 : 1;
+          order = v;
+          weight = collation::UnknownWeight(v);
+          return Read::stop;
+        }
+        if (kind != (kSimple | kExpansion)) return Read::giveUp;
+        const NxWCharList& list = collation::ExpansionOf(*c.reading, v);
+        c.expansion = list.items;
+        c.expansionLeft = static_cast<uint32_t>(list.count);
+      }
+      o = static_cast<unsigned short>(entry);
+      if (!kPlain && asterisk != 0 && (o == asterisk || o == question)) return Read::giveUp;
+      c.state = collation::StateOf(entry);
+      c.at += kWide ? 2 : 1;
+      order = o;
+      weight = collation::WeightOf(entry);
+      if ((entry & kStops) != 0) return Read::stop;
+      symbol = (entry & kSymbol) != 0;
     }
-    if (v >= kCachedValues) return Read::giveUp;
-    const Entry entry = c.low[v];
-    if ((entry & kSimple) == 0) return Read::giveUp;
-    const unsigned short o = static_cast<unsigned short>(entry);
-    if (!kPlain && asterisk != 0 && (o == asterisk || o == question)) return Read::giveUp;
-    c.state = EntryState(entry, c.home);
-    c.at += kWide ? 2 : 1;
-    order = o;
-    weight = EntryWeight(entry, c.state);
-    if ((entry & kStops) != 0) return Read::stop;
-    if ((cmpOp & ((entry & kSymbol) != 0 ? kIgnoreSymbols : kIgnoreSpaces)) != 0) continue;
+    if ((cmpOp & (symbol ? kIgnoreSymbols : kIgnoreSpaces)) != 0) continue;
     pending = o;
     return Read::readOn;
   }
 }
 
+// The common run of two cursors: at most `most` steps in which both texts
+// are at a character that counts and is one element, or at the same
+// ignorable character, which adds nothing.  Each step is a whole pass of
+// the strength compare, read from the entries alone; a common start of the
+// texts passes here too.  Stops at the first primary difference, which
+// goes to `r`, and otherwise gives the number of steps, with the cursors
+// behind them.  Their states stay behind: only an expansion reads a state,
+// and its own character sets it first.
+// The weight of a character that counts and is one element: from its
+// entry, or for a character without a record its value in state 20.  False
+// for any other character, and for a character without a record whose value
+// is a wildcard order (the general reader's).
+template <bool kWide>
+inline __attribute__((always_inline)) bool CountingWeight(Entry e, unsigned short v, uint32_t& w) {
+  if ((e & kCounts) != 0) {
+    w = collation::WeightOf(e);
+    return true;
+  }
+  if (kWide && (e & kKindMask) == (kSimple | kUnknown) && UnknownSetsState(v)) {
+    w = collation::UnknownWeight(v);
+    return true;
+  }
+  return false;
+}
+
+// The common run of two cursors: at most `most` steps in which both texts
+// are at a character that counts and is one element, or at the same
+// ignorable character, which adds nothing.  Each step is a whole pass of
+// the strength compare, read from the entries alone; a common start of the
+// texts passes here too.  Stops at the first primary difference, which
+// goes to `r`, and otherwise gives the number of steps, with the cursors
+// behind them.  Their states stay behind: only an expansion reads a state,
+// and its own character sets it first.
+template <bool kWide1, bool kWide2, bool kPlain>
+inline __attribute__((always_inline)) uint32_t Run(Cursor& a, Cursor& b, uint32_t most,
+                                                   unsigned short asterisk, unsigned short question,
+                                                   int32_t& caseDiff, int32_t& accentDiff,
+                                                   int32_t& r) {
+  const unsigned char* p = a.at;
+  const unsigned char* q = b.at;
+  // Equal characters of one reading that are one element each: equal
+  // elements, nothing to add up.
+  const bool sameReading = kWide1 == kWide2 && a.reading == b.reading;
+  uint32_t n = 0;
+  for (; n < most; ++n) {
+    const unsigned short v1 = ValueAt<kWide1>(a, p);
+    const unsigned short v2 = ValueAt<kWide2>(b, q);
+    uint32_t w1;
+    uint32_t w2;
+    if (kPlain) {
+      // Without wildcards the run entries serve.
+      const RunEntry x1 = RunAt<kWide1>(a, v1);
+      if (sameReading && v1 == v2 && (x1 & kRunKind) != kRunOther) {
+        p += kWide1 ? 2 : 1;
+        q += kWide2 ? 2 : 1;
+        continue;
+      }
+      const RunEntry x2 = RunAt<kWide2>(b, v2);
+      if (__builtin_expect(((x1 | x2) & kRunOther) == 0, 1)) {
+        w1 = x1;
+        w2 = x2;
+      } else if (x1 == x2 && (x1 & kRunKind) == kRunIgnorable) {
+        // The same ignorable character on both sides.
+        p += kWide1 ? 2 : 1;
+        q += kWide2 ? 2 : 1;
+        continue;
+      } else if (!CountingWeight<kWide1>(EntryAt<kWide1>(a, v1), v1, w1) ||
+                 !CountingWeight<kWide2>(EntryAt<kWide2>(b, v2), v2, w2)) {
+        break;  // the end of the run
+      }
+    } else {
+      const Entry e1 = EntryAt<kWide1>(a, v1);
+      const Entry e2 = EntryAt<kWide2>(b, v2);
+      if (asterisk != 0) {
+        const unsigned short o2 = (e2 & kUnknown) != 0 ? v2 : static_cast<unsigned short>(e2);
+        if (o2 == asterisk || o2 == question) break;
+      }
+      if ((e1 & e2 & kCounts) != 0) {
+        w1 = collation::WeightOf(e1);
+        w2 = collation::WeightOf(e2);
+      } else if (e1 == e2 && (e1 & (kKindMask | kStops)) == kSimple) {
+        // The same ignorable character on both sides.
+        p += kWide1 ? 2 : 1;
+        q += kWide2 ? 2 : 1;
+        continue;
+      } else if (!CountingWeight<kWide1>(e1, v1, w1) || !CountingWeight<kWide2>(e2, v2, w2)) {
+        break;  // the end of the run
+      }
+    }
+    r = Diff(w1 & ~0x7Fu, w2 & ~0x7Fu);
+    if (r != 0) break;
+    if (caseDiff == 0) caseDiff = Diff(w2 & ~0x1Fu, w1 & ~0x1Fu);
+    const int32_t d = Diff(w1 & ~0x60u, w2 & ~0x60u);
+    if (d != 0) accentDiff = d;
+    p += kWide1 ? 2 : 1;
+    q += kWide2 ? 2 : 1;
+  }
+  a.at = p;
+  b.at = q;
+  return n;
+}
+
+// The result of texts that both ended in a run: the tie-breaks.
+inline int32_t TieBreak(unsigned short cmpOp, int32_t caseDiff, int32_t accentDiff,
+                        int32_t spaceDiff) {
+  if (accentDiff != 0 && (cmpOp & kIgnoreAccents) == 0) return accentDiff;
+  if (caseDiff != 0 && (cmpOp & kIgnoreCase) == 0) return caseDiff;
+  return spaceDiff;
+}
+
 template <bool kWide1, bool kWide2, bool kPlain>
 inline __attribute__((always_inline)) bool SimpleCompare(Cursor& a, Cursor& b, unsigned short cmpOp,
                                                          uint32_t limit, unsigned short asterisk,
-                                                         unsigned short question, int32_t& result) {
-  // A common start decides nothing: pass it at once.  Its elements would
-  // come alike from both texts; only the positions, the state of the last
-  // one and the counts move on.
-  if (kWide1 == kWide2 && a.low == b.low && a.home == b.home) {
-    constexpr unsigned width = kWide1 ? 2 : 1;
-    const unsigned char* p = a.at;
-    const unsigned char* q = b.at;
-    Entry last = 0;
-    for (;;) {
-      const unsigned short v = ValueAt<kWide1>(a, p);
-      if (v == 0 || v >= kCachedValues || v != ValueAt<kWide2>(b, q)) break;
-      const Entry entry = a.low[v];
-      if ((entry & kSimple) == 0) break;
-      if (!kPlain) {
-        const unsigned short o = static_cast<unsigned short>(entry);
-        if (static_cast<uint32_t>(p - a.at) / width >= limit ||
-            (asterisk != 0 && (o == asterisk || o == question)))
-          break;
-      }
-      last = entry;
-      p += width;
-      q += width;
-    }
-    if (p != a.at) {
-      const uint32_t n = static_cast<uint32_t>(p - a.at) / width;
-      a.count = b.count = n;
-      a.state = b.state = EntryState(last, a.home);
-      a.at = p;
-      b.at = q;
-    }
-  }
-
-  if (kPlain) {
-    // The most common end: the next elements are characters that count,
-    // and their primary weights differ.  The first pass would read just
-    // these two and stop with this result.
-    const unsigned short v1 = ValueAt<kWide1>(a, a.at);
-    const unsigned short v2 = ValueAt<kWide2>(b, b.at);
-    if (v1 != 0 && v2 != 0 && v1 < kCachedValues && v2 < kCachedValues) {
-      const Entry e1 = a.low[v1];
-      const Entry e2 = b.low[v2];
-      if ((e1 & e2 & (kSimple | kStops)) == (kSimple | kStops)) {
-        const int32_t r = Diff(EntryWeight(e1, EntryState(e1, a.home)) & ~0x7Fu,
-                               EntryWeight(e2, EntryState(e2, b.home)) & ~0x7Fu);
-        if (r != 0) {
-          result = r;
-          return true;
-        }
-      }
-    }
-  }
-
-  int32_t caseDiff = 0;
-  int32_t accentDiff = 0;
+                                                         unsigned short question, int32_t& result,
+                                                         int32_t caseDiff = 0,
+                                                         int32_t accentDiff = 0) {
   int32_t spaceDiff = 0;
+
   int32_t r = 0;
-  unsigned short o1 = 0;
-  unsigned short o2 = 0;
-  uint32_t w1 = 0;
-  uint32_t w2 = 0;
   for (;;) {
+    // The common run: both texts at a character that counts and is one
+    // element, or at the same ignorable character, which adds nothing.
+    // Each such step is a whole pass of the loop below, read from the
+    // entries alone; a common start of the texts passes here too.  Only
+    // between characters: not while an expansion is being delivered.  The
+    // cursors' states stay behind: only an expansion reads a state, and
+    // its own character sets it first.
+    if (a.expansionLeft == 0 && b.expansionLeft == 0) {
+      const uint32_t start = a.count > b.count ? a.count : b.count;
+      const uint32_t n = Run<kWide1, kWide2, kPlain>(a, b, limit - start, asterisk, question,
+                                                     caseDiff, accentDiff, r);
+      if (r != 0) {
+        // Without patterns a primary difference is the result.
+        result = r;
+        return true;
+      }
+      a.count += n;
+      b.count += n;
+    }
+
+    // One pass through the readers: ignorable characters pass on both sides
+    // at their own pace, expansions, characters without a record.
     int32_t passSpace = 0;
     bool more1 = true;
     bool more2 = true;
+    unsigned short o1 = 0;
+    unsigned short o2 = 0;
+    uint32_t w1 = 0;
+    uint32_t w2 = 0;
     do {
       unsigned short p1 = 0;
       unsigned short p2 = 0;
@@ -1934,16 +1929,7 @@ inline __attribute__((always_inline)) bool SimpleCompare(Cursor& a, Cursor& b, u
     if (passSpace != 0) spaceDiff = passSpace;
     if (o1 == 0 || o2 == 0) break;
   }
-  if (r == 0) {
-    if (accentDiff != 0 && (cmpOp & kIgnoreAccents) == 0) {
-      r = accentDiff;
-    } else if (caseDiff != 0 && (cmpOp & kIgnoreCase) == 0) {
-      r = caseDiff;
-    } else {
-      r = spaceDiff;
-    }
-  }
-  result = r;
+  result = TieBreak(cmpOp, caseDiff, accentDiff, spaceDiff);
   return true;
 }
 
@@ -1967,6 +1953,92 @@ unsigned short OrderOfChar(const NxChar& c) {
 // NxStrCmp.
 
 namespace {
+
+__attribute__((noinline)) int32_t GeneralCompare(unsigned char codeSet1, unsigned char language1,
+                                                 const char* text1, unsigned char codeSet2,
+                                                 unsigned char language2, const char* text2,
+                                                 unsigned short cmpOp, short maxLength,
+                                                 unsigned char format, int* prefixResult);
+
+// The common case: two texts of one code set and language, without
+// wildcards and limit.  What the plain cursors give up on goes the general
+// way.
+template <bool kWide>
+__attribute__((noinline)) int32_t PlainSame(const Reading& reading, const char* text1,
+                                            const char* text2, unsigned short cmpOp,
+                                            unsigned char codeSet, unsigned char language,
+                                            unsigned char format) {
+  Cursor a;
+  SetUpCursor(a, text1, reading, kWide, SwapOf(format));
+  Cursor b = a;
+  b.at = reinterpret_cast<const unsigned char*>(text2);
+  int32_t result = 0;
+  if (SimpleCompare<kWide, kWide, true>(a, b, cmpOp, 65535, 0, 0, result)) return result;
+  return GeneralCompare(codeSet, language, text1, codeSet, language, text2, cmpOp, -1, format,
+                        nullptr);
+}
+
+// The same, going on behind a common run of `n` characters that NxStrCmp
+// has passed with the differences `caseDiff` and `accentDiff`.  The
+// arguments are packed so that all of them go in registers: `diffs` holds
+// caseDiff in its high half, `call` the operator (bits 0-15), the format
+// (16-23), the language (24-31) and the code set (32-39).
+template <bool kWide>
+__attribute__((noinline)) int32_t PlainSameFrom(const Reading& reading, const char* text1,
+                                                const char* text2, uint32_t n, uint64_t diffs,
+                                                uint64_t call) {
+  const unsigned short cmpOp = static_cast<unsigned short>(call);
+  const unsigned char format = static_cast<unsigned char>(call >> 16);
+  const unsigned char language = static_cast<unsigned char>(call >> 24);
+  const unsigned char codeSet = static_cast<unsigned char>(call >> 32);
+  Cursor a;
+  SetUpCursor(a, text1, reading, kWide, false);
+  Cursor b = a;
+  b.at = reinterpret_cast<const unsigned char*>(text2);
+  a.at += n * (kWide ? 2 : 1);
+  b.at += n * (kWide ? 2 : 1);
+  a.count = b.count = n;
+  int32_t result = 0;
+  if (SimpleCompare<kWide, kWide, true>(a, b, cmpOp, 65535, 0, 0, result,
+                                        static_cast<int32_t>(diffs >> 32),
+                                        static_cast<int32_t>(diffs)))
+    return result;
+  return GeneralCompare(codeSet, language, text1, codeSet, language, text2, cmpOp, -1, format,
+                        nullptr);
+}
+
+inline uint64_t PackDiffs(int32_t caseDiff, int32_t accentDiff) {
+  return static_cast<uint64_t>(static_cast<uint32_t>(caseDiff)) << 32 |
+         static_cast<uint32_t>(accentDiff);
+}
+
+inline uint64_t PackCall(unsigned short cmpOp, unsigned char format, unsigned char language,
+                         unsigned char codeSet) {
+  return uint64_t{cmpOp} | uint64_t{format} << 16 | uint64_t{language} << 24 |
+         uint64_t{codeSet} << 32;
+}
+
+// Two texts of different code sets or languages, without wildcards and
+// limit.
+__attribute__((noinline)) int32_t PlainMixed(unsigned char codeSet1, unsigned char language1,
+                                             const char* text1, unsigned char codeSet2,
+                                             unsigned char language2, const char* text2,
+                                             unsigned short cmpOp, unsigned char format) {
+  Cursor ca;
+  Cursor cb;
+  if (SetUpCursor(ca, text1, codeSet1, language1, format) &&
+      SetUpCursor(cb, text2, codeSet2, language2, format)) {
+    int32_t result = 0;
+    const bool done =
+        ca.wide ? (cb.wide ? SimpleCompare<true, true, true>(ca, cb, cmpOp, 65535, 0, 0, result)
+                           : SimpleCompare<true, false, true>(ca, cb, cmpOp, 65535, 0, 0, result))
+                : (cb.wide ? SimpleCompare<false, true, true>(ca, cb, cmpOp, 65535, 0, 0, result)
+                           : SimpleCompare<false, false, true>(ca, cb, cmpOp, 65535, 0, 0, result));
+    if (done) return result;
+  }
+  return GeneralCompare(codeSet1, language1, text1, codeSet2, language2, text2, cmpOp, -1, format,
+                        nullptr);
+}
 
 // Everything but the common case: nulls, maxLength 0, texts without a code
 // set, null pointers, exact compare, patterns, prefixResult, and texts that
@@ -2046,27 +2118,41 @@ int32_t NxStrCmp(unsigned char codeSet1, unsigned char language1, const char* te
   if ((cmpOp & (kNoWildcards | kExact)) == kNoWildcards && maxLength == -1 && text1 != nullptr &&
       text2 != nullptr && (prefixResult == nullptr || (cmpOp & kIgnoreSpaces) == 0) &&
       language1 != 254 && language2 != 254) {
-    // Code sets 0 and 254 have no cache, so neither text is null here.
-    Cursor ca;
-    Cursor cb;
-    bool ready = SetUpCursor(ca, text1, codeSet1, language1, format);
-    if (ready) {
-      if (codeSet2 == codeSet1 && language2 == language1) {
-        cb = ca;
-        cb.at = reinterpret_cast<const unsigned char*>(text2);
-      } else {
-        ready = SetUpCursor(cb, text2, codeSet2, language2, format);
+    // Code sets 0 and 254 have no entries, so neither text is null here.
+    if (codeSet1 == codeSet2 && language1 == language2) {
+      const Reading* reading = ReadingOf(codeSet1, language1);
+      if (reading != nullptr) {
+        // Most pairs are decided by a primary difference in the common run
+        // of their starts, or end together in it: here.  The others go on
+        // out of line.
+        Cursor a;
+        Cursor b;
+        int32_t caseDiff = 0;
+        int32_t accentDiff = 0;
+        int32_t r = 0;
+        if (codeSet1 <= 224) {
+          SetUpCursor(a, text1, *reading, false, false);
+          SetUpCursor(b, text2, *reading, false, false);
+          const uint32_t n = Run<false, false, true>(a, b, 65535, 0, 0, caseDiff, accentDiff, r);
+          if (r != 0) return r;
+          if (*a.at == 0 && *b.at == 0) return TieBreak(cmpOp, caseDiff, accentDiff, 0);
+          return PlainSameFrom<false>(*reading, text1, text2, n, PackDiffs(caseDiff, accentDiff),
+                                      PackCall(cmpOp, format, language1, codeSet1));
+        }
+        if (!SwapOf(format)) {
+          SetUpCursor(a, text1, *reading, true, false);
+          SetUpCursor(b, text2, *reading, true, false);
+          const uint32_t n = Run<true, true, true>(a, b, 65535, 0, 0, caseDiff, accentDiff, r);
+          if (r != 0) return r;
+          if ((ValueAt<true>(a, a.at) | ValueAt<true>(b, b.at)) == 0)
+            return TieBreak(cmpOp, caseDiff, accentDiff, 0);
+          return PlainSameFrom<true>(*reading, text1, text2, n, PackDiffs(caseDiff, accentDiff),
+                                     PackCall(cmpOp, format, language1, codeSet1));
+        }
+        return PlainSame<true>(*reading, text1, text2, cmpOp, codeSet1, language1, format);
       }
-    }
-    if (ready) {
-      int32_t result = 0;
-      const bool done =
-          ca.wide
-              ? (cb.wide ? SimpleCompare<true, true, true>(ca, cb, cmpOp, 65535, 0, 0, result)
-                         : SimpleCompare<true, false, true>(ca, cb, cmpOp, 65535, 0, 0, result))
-              : (cb.wide ? SimpleCompare<false, true, true>(ca, cb, cmpOp, 65535, 0, 0, result)
-                         : SimpleCompare<false, false, true>(ca, cb, cmpOp, 65535, 0, 0, result));
-      if (done) return result;
+    } else {
+      return PlainMixed(codeSet1, language1, text1, codeSet2, language2, text2, cmpOp, format);
     }
   }
   return GeneralCompare(codeSet1, language1, text1, codeSet2, language2, text2, cmpOp, maxLength,
@@ -2177,14 +2263,13 @@ __attribute__((noinline)) bool GeneralElement(unsigned char codeSet, unsigned ch
 // starts again behind it.  A character of the table sets its own state,
 // so the run only keeps the state for the next general element.
 template <unsigned kWidth>
-uint32_t TableHash(const CodeSetCache& cache, unsigned char codeSet, unsigned char language,
-                   const char* text, unsigned char form) {
-  const HashEntry* table = cache.hashed[cache.copy[language]];
-  const uint32_t home = static_cast<uint32_t>(cache.home[language]) << 24;
+uint32_t TableHash(const collation::CodeSet& cache, const Reading& reading, unsigned char codeSet,
+                   unsigned char language, const char* text, unsigned char form) {
+  const HashEntry* table = reading.hashed;
   const auto entryAt = [table, form](const unsigned char* at) {
     if (kWidth == 1) return table[*at];
     const unsigned unit = UnitAt(at, form);
-    return unit < kHashedValues ? table[unit] : kHashSlow;
+    return unit < 256 ? table[unit] : kHashSlow;
   };
   unsigned char state = cache.home[language];
   const unsigned char* p = reinterpret_cast<const unsigned char*>(text);
@@ -2196,7 +2281,7 @@ uint32_t TableHash(const CodeSetCache& cache, unsigned char codeSet, unsigned ch
     for (;;) {
       const HashEntry e0 = entryAt(p);
       if ((e0 & kHashSlow) != 0) break;
-      const uint32_t w0 = HashWeight(e0, home);
+      const uint32_t w0 = static_cast<uint32_t>(e0);
       const HashEntry e1 = entryAt(p + kWidth);
       if ((e1 & kHashSlow) != 0) {
         h = h * 9u + w0;
@@ -2204,7 +2289,7 @@ uint32_t TableHash(const CodeSetCache& cache, unsigned char codeSet, unsigned ch
         p += kWidth;
         break;
       }
-      const uint32_t w1 = HashWeight(e1, home);
+      const uint32_t w1 = static_cast<uint32_t>(e1);
       const HashEntry e2 = entryAt(p + 2 * kWidth);
       if ((e2 & kHashSlow) != 0) {
         h = h * 81u + w0 * 9u + w1;
@@ -2212,7 +2297,7 @@ uint32_t TableHash(const CodeSetCache& cache, unsigned char codeSet, unsigned ch
         p += 2 * kWidth;
         break;
       }
-      const uint32_t w2 = HashWeight(e2, home);
+      const uint32_t w2 = static_cast<uint32_t>(e2);
       const HashEntry e3 = entryAt(p + 3 * kWidth);
       if ((e3 & kHashSlow) != 0) {
         h = h * 729u + (w0 * 9u + w1) * 9u + w2;
@@ -2220,7 +2305,7 @@ uint32_t TableHash(const CodeSetCache& cache, unsigned char codeSet, unsigned ch
         p += 3 * kWidth;
         break;
       }
-      const uint32_t w3 = HashWeight(e3, home);
+      const uint32_t w3 = static_cast<uint32_t>(e3);
       h = h * 6561u + ((w0 * 9u + w1) * 9u + w2) * 9u + w3;
       last = w3;
       p += 4 * kWidth;
@@ -2253,11 +2338,12 @@ uint32_t HashString(unsigned char codeSet, unsigned char language, char* text, s
     return h;
   }
   if (maxChars < 0 && codeSet != kOrderText) {
-    const CodeSetCache* cache = CacheOf(codeSet, language);
-    if (cache != nullptr && cache->reading[language] != nullptr) {
+    const collation::CodeSet* cache = CacheOf(codeSet, language);
+    const Reading* reading = cache != nullptr ? cache->reading[language] : nullptr;
+    if (reading != nullptr && cache->home[language] < kUnknownState) {
       const unsigned char form = format == 255 ? 1 : static_cast<unsigned char>(format & 0x0F);
-      return codeSet > 224 ? TableHash<2>(*cache, codeSet, language, at, form)
-                           : TableHash<1>(*cache, codeSet, language, at, form);
+      return codeSet > 224 ? TableHash<2>(*cache, *reading, codeSet, language, at, form)
+                           : TableHash<1>(*cache, *reading, codeSet, language, at, form);
     }
   }
   NxStringIterator it(at, codeSet, language, format);

@@ -63,16 +63,16 @@ NxTypeMgr::NxTypeMgr(uint32_t factoryNumber) : table(nullptr), factory(0) {
 
 void NxTypeMgr::SetFactory(uint32_t factoryNumber) {
   if (factoryNumber <= 3) {
-    table = detail::oldTable;
+    table = detail::oldTable.entries + detail::kTableMap;
     factory = static_cast<uint16_t>(factoryNumber);
   } else if (factoryNumber <= 10) {
-    table = detail::currentTable;
+    table = detail::currentTable.entries + detail::kTableMap;
     factory = static_cast<uint16_t>(factoryNumber);
   } else if (factoryNumber == 11) {
-    table = detail::oldTable;
+    table = detail::oldTable.entries + detail::kTableMap;
     factory = 3;
   } else {
-    table = detail::currentTable;
+    table = detail::currentTable.entries + detail::kTableMap;
     factory = 4;
   }
 }

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <new>
 #include <string>
 #include <type_traits>
@@ -2410,23 +2411,38 @@ namespace detail {
 
 using namespace nxrows;
 
-// Both tables are 42 entries long: the current table holds ids 0 to 40 and
-// its closing null; the old table holds ids 0 to 27, its closing null at 28,
-// and nulls behind it, so that a lookup past its end finds a null entry.
-NxTypeDesc* currentTable[42] = {
+// Each table is a block of 256 + 42 entries.  The last 42 are the table
+// as callers see it (NxTypeMgr::table points at them): the current table
+// holds ids 0 to 40 and its closing null; the old table holds ids 0 to 27,
+// its closing null at 28, and nulls behind it.  The 256 in front map every
+// id, taken as an unsigned byte, to its row, the row `illegal` wherever the
+// table has none, so that the lookup of a dispatch is a single load.
+constexpr TableBlock MakeTable(std::initializer_list<NxTypeDesc*> rows) {
+  TableBlock block{};
+  size_t id = 0;
+  for (NxTypeDesc* row : rows) {
+    block.entries[kTableMap + id] = row;
+    block.entries[id] = row;
+    ++id;
+  }
+  for (; id < kTableMap; ++id) block.entries[id] = &illegalRow;
+  return block;
+}
+
+TableBlock currentTable = MakeTable({
     &charRow,       &shortRow,      &longRow,      &doubleRow,       &floatRow,    &wordRow,
     &dwordRow,      &intRow,        &unsignedRow,  &enumRow,         &byteRow,     &stringRow,
     &dateRow,       &timeRow,       &blockIdRow,   &objIdRow,        &classIdRow,  &refRow,
     &blobRow,       &dateTimeRow,   &iStringRow,   &caseIStringRow,  &dDateRow,    &dTimeRow,
     &dTimestampRow, &dIntervalRow,  &int64Row,     &booleanRow,      &nullCharRow, &nullUcharRow,
     &nullShortRow,  &nullUshortRow, &nullIntRow,   &nullUnsignedRow, &nullLongRow, &nullUlongRow,
-    &nullFloatRow,  &nullDoubleRow, &nullInt64Row, &sealRow,         &illegalRow,  nullptr};
+    &nullFloatRow,  &nullDoubleRow, &nullInt64Row, &sealRow,         &illegalRow});
 
-NxTypeDesc* oldTable[42] = {
+TableBlock oldTable = MakeTable({
     &charRow,       &shortRow,     &longRow,     &doubleRow,      &floatRow,   &wordRow,
     &dwordRow,      &intRow,       &unsignedRow, &enumRow,        &byteRow,    &oldStringRow,
     &dateRow,       &timeRow,      &blockIdRow,  &objIdRow,       &classIdRow, &refRow,
     &blobRow,       &dateTimeRow,  &iStringRow,  &caseIStringRow, &dDateRow,   &dTimeRow,
-    &dTimestampRow, &dIntervalRow, &int64Row,    &booleanRow,     nullptr};
+    &dTimestampRow, &dIntervalRow, &int64Row,    &booleanRow});
 
 }  // namespace detail

@@ -69,6 +69,41 @@ TEST(DiskOrder, OverlappingMovesAndKnownValues) {
   EXPECT_EQ("3ff8000000000000", Hex(record + 1, 8));
 }
 
+// Every length, in bulk (where whole blocks are reversed at once) and
+// element by element, at every offset between source and destination:
+// apart, the same, and overlapping in either direction.  The result is
+// that of a separate buffer reversed byte by byte.
+TEST(DiskOrder, BulkMovesAgreeWithAByteByByteReversal) {
+  typedef uint32_t (*Store)(void*, const void*, unsigned char, uint32_t);
+  const struct {
+    Store store;
+    size_t width;
+  } stores[] = {{ShortStore, 2}, {LongStore, 4}, {DoubleStore, 8}};
+  uint32_t seed = 99;
+  for (const auto& c : stores) {
+    for (uint32_t count : {0u, 1u, 3u, 7u, 8u, 15u, 16u, 17u, 31u, 33u, 64u, 100u, 129u}) {
+      const size_t bytes = c.width * count;
+      for (long shift : {-40L, -9L, -8L, -1L, 0L, 1L, 2L, 8L, 33L, 1000L}) {
+        SCOPED_TRACE("width " + std::to_string(c.width) + " count " + std::to_string(count) +
+                     " shift " + std::to_string(shift));
+        std::vector<unsigned char> buffer(bytes + 2200);
+        for (auto& b : buffer)
+          b = static_cast<unsigned char>((seed = seed * 1103515245u + 12345u) >> 16);
+        unsigned char* source = buffer.data() + 1100 + 3;  // odd: unaligned elements
+        unsigned char* destination = source + shift;
+        std::vector<unsigned char> expected(buffer);
+        std::vector<unsigned char> reversed(source, source + bytes);
+        for (size_t i = 0; i < count; ++i)
+          std::reverse(reversed.begin() + i * c.width, reversed.begin() + (i + 1) * c.width);
+        std::copy(reversed.begin(), reversed.end(),
+                  expected.begin() + (destination - buffer.data()));
+        EXPECT_EQ(c.store(destination, source, 2, count), bytes);
+        EXPECT_EQ(buffer, expected);
+      }
+    }
+  }
+}
+
 TEST(DiskSize, FixedWidthsWhateverTheFormats) {
   typedef uint32_t (*Size)(const void*, unsigned char, unsigned char, uint32_t);
   // clang-format off

@@ -100,6 +100,12 @@ TEST(TypeTable, RowsCarryTheirPropertiesTheOldTableEndsAt28AndUnknownIdsReachIll
     EXPECT_EQ(mgr.ComparePtrGet(id), nullptr);
   }
   for (char id = 28; id <= 40; ++id) EXPECT_EQ(old.RowGet(id), illegal) << +id;
+  // Every id byte: the table's row, or the illegal row.
+  for (int u = 0; u < 256; ++u) {
+    const char id = static_cast<char>(u);
+    EXPECT_EQ(mgr.RowGet(id), u < 41 ? mgr.table[u] : illegal) << u;
+    EXPECT_EQ(old.RowGet(id), u < 28 ? old.table[u] : illegal) << u;
+  }
   EXPECT_EQ(old.RowGet(char{27}), mgr.RowGet(char{27}));
   // IsValidType answers without the table.
   for (int raw : {0, 39, 40, 100, 101, 127, -1, -128, 41, 70, 99}) {

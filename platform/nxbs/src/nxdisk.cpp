@@ -1,13 +1,17 @@
 // Disk form of the plain machine types.
 //
 // Every function moves `count` fixed-width elements and fixes the byte order
-// on the way.  The move is done with memmove first and the byte order is then
-// corrected in the destination, so source and destination may overlap in any
-// way (an in-place swap is the common case) and no pointer is ever read as a
-// wider type, which keeps unaligned records safe.
+// on the way.  Source and destination may overlap in any way (an in-place
+// swap is the common case), and elements are read through memcpy or
+// unaligned vector loads, which keeps unaligned records safe.
 #include <nxbs/nxbs.h>
 
+#include <cstdint>
 #include <cstring>
+
+#if defined(__x86_64__) && defined(__GNUC__)
+#include <immintrin.h>
+#endif
 
 namespace {
 
@@ -47,44 +51,112 @@ bool NeedsSwap(unsigned char format) {
   return false;
 }
 
-// Reverses the bytes of each element in place, a whole element at a time.
-template <typename Word, Word (*Swap)(Word)>
-void ReverseWords(unsigned char* bytes, uint32_t count) {
-  for (uint32_t i = 0; i < count; ++i, bytes += sizeof(Word)) {
-    Word w;
-    std::memcpy(&w, bytes, sizeof w);
-    w = Swap(w);
-    std::memcpy(bytes, &w, sizeof w);
-  }
-}
-
-uint16_t Swap16(uint16_t w) {
+uint16_t Swap(uint16_t w) {
   return __builtin_bswap16(w);
 }
-uint32_t Swap32(uint32_t w) {
+uint32_t Swap(uint32_t w) {
   return __builtin_bswap32(w);
 }
-uint64_t Swap64(uint64_t w) {
+uint64_t Swap(uint64_t w) {
   return __builtin_bswap64(w);
 }
 
-void ReverseEach(unsigned char* bytes, size_t width, uint32_t count) {
+// Copies `count` elements of `Word` from `source` to `destination` with
+// their bytes reversed, one element at a time: each element is read whole
+// before it is written, so `destination` may equal `source`, or lie before
+// it in the same buffer.
+template <typename Word>
+void SwapWords(unsigned char* destination, const unsigned char* source, size_t count) {
+  for (size_t i = 0; i < count; ++i) {
+    Word w;
+    std::memcpy(&w, source + i * sizeof w, sizeof w);
+    w = Swap(w);
+    std::memcpy(destination + i * sizeof w, &w, sizeof w);
+  }
+}
+
+#if defined(__x86_64__) && defined(__GNUC__)
+#define NXBS_SWAP_AVX2 1
+
+// 32 bytes at a time with one byte shuffle, on processors with AVX2 (asked
+// once).  Only for buffers that are the same or don't overlap at all: a
+// block is read whole before it is written, but a later block of the
+// source may lie under an earlier one of the destination.
+bool HaveAvx2() {
+  static const bool have = [] {
+    __builtin_cpu_init();
+    return __builtin_cpu_supports("avx2") != 0;
+  }();
+  return have;
+}
+
+// Returns the bytes done, a multiple of 32; the caller does the rest.
+__attribute__((target("avx2"))) size_t SwapBlocksAvx2(unsigned char* destination,
+                                                      const unsigned char* source, size_t bytes,
+                                                      size_t width) {
+  // Within each 16-byte lane: the byte that goes to each place.
+  alignas(32) static const unsigned char kOrder[3][32] = {
+      {1, 0, 3, 2, 5, 4, 7, 6, 9, 8, 11, 10, 13, 12, 15, 14,
+       1, 0, 3, 2, 5, 4, 7, 6, 9, 8, 11, 10, 13, 12, 15, 14},
+      {3, 2, 1, 0, 7, 6, 5, 4, 11, 10, 9, 8, 15, 14, 13, 12,
+       3, 2, 1, 0, 7, 6, 5, 4, 11, 10, 9, 8, 15, 14, 13, 12},
+      {7, 6, 5, 4, 3, 2, 1, 0, 15, 14, 13, 12, 11, 10, 9, 8,
+       7, 6, 5, 4, 3, 2, 1, 0, 15, 14, 13, 12, 11, 10, 9, 8}};
+  const __m256i order =
+      _mm256_load_si256(reinterpret_cast<const __m256i*>(kOrder[width == 2   ? 0
+                                                                : width == 4 ? 1
+                                                                             : 2]));
+  size_t i = 0;
+  for (; i + 128 <= bytes; i += 128) {
+    const __m256i a = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(source + i));
+    const __m256i b = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(source + i + 32));
+    const __m256i c = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(source + i + 64));
+    const __m256i d = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(source + i + 96));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(destination + i), _mm256_shuffle_epi8(a, order));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(destination + i + 32),
+                        _mm256_shuffle_epi8(b, order));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(destination + i + 64),
+                        _mm256_shuffle_epi8(c, order));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(destination + i + 96),
+                        _mm256_shuffle_epi8(d, order));
+  }
+  for (; i + 32 <= bytes; i += 32) {
+    const __m256i a = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(source + i));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(destination + i), _mm256_shuffle_epi8(a, order));
+  }
+  return i;
+}
+#endif
+
+// Copies with the bytes of each element reversed.  `destination` equals
+// `source` or the two don't overlap.
+void SwapCopy(unsigned char* destination, const unsigned char* source, size_t width, size_t count) {
+  size_t done = 0;
+#ifdef NXBS_SWAP_AVX2
+  if (width * count >= 64 && HaveAvx2())
+    done = SwapBlocksAvx2(destination, source, width * count, width) / width;
+#endif
+  destination += done * width;
+  source += done * width;
+  count -= done;
   switch (width) {
     case 2:
-      ReverseWords<uint16_t, Swap16>(bytes, count);
+      SwapWords<uint16_t>(destination, source, count);
       break;
     case 4:
-      ReverseWords<uint32_t, Swap32>(bytes, count);
+      SwapWords<uint32_t>(destination, source, count);
       break;
     case 8:
-      ReverseWords<uint64_t, Swap64>(bytes, count);
+      SwapWords<uint64_t>(destination, source, count);
       break;
     default:
-      for (uint32_t i = 0; i < count; ++i, bytes += width) {
+      for (size_t i = 0; i < count; ++i) {
+        const unsigned char* from = source + i * width;
+        unsigned char* to = destination + i * width;
         for (size_t low = 0, high = width - 1; low < high; ++low, --high) {
-          const unsigned char keep = bytes[low];
-          bytes[low] = bytes[high];
-          bytes[high] = keep;
+          const unsigned char keep = from[low];
+          to[low] = from[high];
+          to[high] = keep;
         }
       }
   }
@@ -99,10 +171,21 @@ uint32_t Move(void* destination, const void* source, unsigned char format, uint3
     return total;
   }
   const size_t length = width * static_cast<size_t>(count);
-  if (destination != source) std::memmove(destination, source, length);
-  if (width > 1 && NeedsSwap(format)) {
-    ReverseEach(static_cast<unsigned char*>(destination), width, count);
+  unsigned char* to = static_cast<unsigned char*>(destination);
+  const unsigned char* from = static_cast<const unsigned char*>(source);
+  if (width == 1 || !NeedsSwap(format)) {
+    if (to != from) std::memmove(to, from, length);
+    return total;
   }
+  // One pass when the buffers are the same or apart; a partial overlap is
+  // moved first and then reversed in place.
+  const uintptr_t t = reinterpret_cast<uintptr_t>(to);
+  const uintptr_t f = reinterpret_cast<uintptr_t>(from);
+  if (t != f && t < f + length && f < t + length) {
+    std::memmove(to, from, length);
+    from = to;
+  }
+  SwapCopy(to, from, width, count);
   return total;
 }
 
