@@ -74,8 +74,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const uint32_t length1 = k1 * width;
     const uint32_t length2 = k2 * width;
     // Memory operands are whole arrays (the identifier rows don't read the
-    // lengths there); disk operands end where they are stated to.
-    const bool whole = (format & 0x0F) == 8;
+    // lengths there), and so are a seal's keys, whose comparison never reads
+    // the stated lengths; other disk operands end where they are stated to.
+    const bool whole = (format & 0x0F) == 8 || id == NxTYPE_NxSeal;
     std::vector<unsigned char> a =
         Operand(rest, split, length1 && !whole ? length1 : count * width);
     std::vector<unsigned char> b =
