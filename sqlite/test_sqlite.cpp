@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include <unistd.h>
+
 #include <nxtm/nxtm.h>
 
 #include "names.h"
@@ -186,8 +188,9 @@ std::string Pattern(std::mt19937& rng, const std::string& name) {
   }
 }
 
+// A file of this process alone, so that test runs side by side don't meet.
 std::string TempPath(const char* name) {
-  return testing::TempDir() + name;
+  return testing::TempDir() + std::to_string(::getpid()) + "_" + name;
 }
 
 struct Variant {
