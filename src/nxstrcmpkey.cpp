@@ -43,7 +43,9 @@ class Closed {
   Closed() = default;
   Closed(const Closed&) = delete;
   Closed& operator=(const Closed&) = delete;
-  ~Closed() { std::free(heap_); }
+  ~Closed() {
+    if (heap_ != nullptr) std::free(heap_);
+  }
 
   // A copy of `bytes` bytes of `text` followed by `zeros` zero bytes (at
   // least 2); null when no memory could be had for it.
@@ -57,7 +59,7 @@ class Closed {
 
  private:
   char* Room(size_t bytes) {
-    std::free(heap_);
+    if (heap_ != nullptr) std::free(heap_);
     heap_ = nullptr;
     if (bytes <= kLocal) return local_;
     heap_ = static_cast<char*>(std::malloc(bytes));
@@ -251,8 +253,13 @@ struct StringOperand {
 // case by the first, the lower-case letter first.
 class OrderText {
  public:
-  OrderText(const char* text, unsigned char state, bool msbFirst)
-      : at_(reinterpret_cast<const unsigned char*>(text)), state_(state), msbFirst_(msbFirst) {}
+  // `end`: where the orders stop when the text isn't closed by a zero order
+  // (a record's text read where it stands); null for a closed text.
+  OrderText(const char* text, const char* end, unsigned char state, bool msbFirst)
+      : at_(reinterpret_cast<const unsigned char*>(text)),
+        end_(reinterpret_cast<const unsigned char*>(end)),
+        state_(state),
+        msbFirst_(msbFirst) {}
 
   // Passes the orders that both texts share from their start: equal orders
   // in equal states leave no difference at any level, and both readers stay
@@ -260,8 +267,11 @@ class OrderText {
   static bool SkipCommonStart(OrderText& a, OrderText& b) {
     const unsigned char* x = a.at_;
     const unsigned char* y = b.at_;
-    while (x[0] == y[0] && x[1] == y[1]) {
-      if ((x[0] | x[1]) == 0) return false;
+    for (;;) {
+      const unsigned ux = x == a.end_ ? 0u : unsigned{x[0]} | unsigned{x[1]} << 8;
+      const unsigned uy = y == b.end_ ? 0u : unsigned{y[0]} | unsigned{y[1]} << 8;
+      if (ux != uy) break;
+      if (ux == 0) return false;
       x += 2;
       y += 2;
     }
@@ -275,8 +285,7 @@ class OrderText {
   // which the reader stays.
   bool Read(unsigned short cmpOp, unsigned short& pending) {
     for (;;) {
-      const unsigned short o = static_cast<unsigned short>(
-          msbFirst_ ? at_[0] << 8 | at_[1] : at_[0] | at_[1] << 8);
+      const unsigned short o = Peek();
       if (o != 0) at_ += 2;
       order = o;
       weight = NxStringIterator::WeightOf(o, state_);
@@ -287,11 +296,29 @@ class OrderText {
     }
   }
 
+  // True when the next element counts (what Read would stop at without
+  // passing anything); Take then reads it.
+  bool Counts() const {
+    const unsigned short o = Peek();
+    return o != 0 && (o >= 0x3F00 || state_ >= 20);
+  }
+  void Take() {
+    order = Peek();
+    weight = NxStringIterator::WeightOf(order, state_);
+    at_ += 2;
+  }
+
   unsigned short order = 0;
   uint32_t weight = 0;
 
  private:
+  unsigned short Peek() const {
+    if (at_ == end_) return 0;
+    return static_cast<unsigned short>(msbFirst_ ? at_[0] << 8 | at_[1] : at_[0] | at_[1] << 8);
+  }
+
   const unsigned char* at_;
+  const unsigned char* const end_;
   const unsigned char state_;
   const bool msbFirst_;
 };
@@ -306,16 +333,22 @@ int32_t CompareOrderTexts(OrderText& a, OrderText& b, unsigned short cmpOp) {
   int32_t spaceDiff = 0;
   for (;;) {
     int32_t passSpace = 0;
-    bool more1 = true;
-    bool more2 = true;
-    do {
-      unsigned short pending1 = 0;
-      unsigned short pending2 = 0;
-      if (more1) more1 = a.Read(cmpOp, pending1);
-      if (more2) more2 = b.Read(cmpOp, pending2);
-      const int32_t d = int32_t{pending1} - int32_t{pending2};
-      if (d != 0) passSpace = d;
-    } while (more1 || more2);
+    if (a.Counts() && b.Counts()) {
+      // The usual step: two elements that count, nothing to pass.
+      a.Take();
+      b.Take();
+    } else {
+      bool more1 = true;
+      bool more2 = true;
+      do {
+        unsigned short pending1 = 0;
+        unsigned short pending2 = 0;
+        if (more1) more1 = a.Read(cmpOp, pending1);
+        if (more2) more2 = b.Read(cmpOp, pending2);
+        const int32_t d = int32_t{pending1} - int32_t{pending2};
+        if (d != 0) passSpace = d;
+      } while (more1 || more2);
+    }
     const int32_t r = Diff(a.weight & ~0x7Fu, b.weight & ~0x7Fu);
     if (caseDiff == 0) caseDiff = Diff(b.weight & ~0x1Fu, a.weight & ~0x1Fu);
     const int32_t d = Diff(a.weight & ~0x60u, b.weight & ~0x60u);
@@ -331,10 +364,11 @@ int32_t CompareOrderTexts(OrderText& a, OrderText& b, unsigned short cmpOp) {
 
 // True when the second key holds no wildcard order: with wildcards on, it
 // then compares as with them off.
-bool NoWildcardOrders(const char* text, bool msbFirst) {
+bool NoWildcardOrders(const char* text, const char* end, bool msbFirst) {
   const unsigned short asterisk = NxStringIterator::AsteriskOrder();
   const unsigned short question = NxStringIterator::QuestionOrder();
   for (const unsigned char* at = reinterpret_cast<const unsigned char*>(text);; at += 2) {
+    if (at == reinterpret_cast<const unsigned char*>(end)) return true;
     const unsigned short o =
         static_cast<unsigned short>(msbFirst ? at[0] << 8 | at[1] : at[0] | at[1] << 8);
     if (o == 0) return true;
@@ -351,9 +385,55 @@ inline bool EndedAtStateChange(StringOperand& o) {
   return true;
 }
 
-int32_t StringCompareCore(unsigned char format, uint32_t length1, void* value1, uint32_t length2,
-                          void* value2, unsigned short cmpOp, uint32_t count, int& status,
-                          unsigned short oldRow) {
+// A whole key record of order text whose orders can be read in place: no
+// part of it missing, a state byte that didn't end early, whole orders.
+inline bool WholeKey(const StringOperand& o) {
+  return o.cut == 0 && o.codeSet == kOrderText && o.language != 0 && (o.language & 0x80) == 0 &&
+         (o.textLength & 1) == 0;
+}
+
+// Two whole keys: equal states and equal orders throughout leave nothing
+// to weigh.
+inline int32_t CompareKeys(const char* text1, const char* end1, unsigned char state1,
+                           const char* text2, const char* end2, unsigned char state2,
+                           unsigned short cmpOp, bool msbFirst) {
+  OrderText a(text1, end1, state1, msbFirst);
+  OrderText b(text2, end2, state2, msbFirst);
+  return state1 == state2 && !OrderText::SkipCommonStart(a, b) ? 0
+                                                               : CompareOrderTexts(a, b, cmpOp);
+}
+
+inline int32_t CompareKeys(const StringOperand& one, const char* end1, const StringOperand& two,
+                           const char* end2, unsigned short cmpOp, bool msbFirst) {
+  return CompareKeys(one.text, end1, one.language, two.text, end2, two.language, cmpOp, msbFirst);
+}
+
+// The first record of an operand when it is a whole key record that
+// WholeKey would accept, found as StringOperand::Read finds it.
+struct KeyAtHand {
+  const char* text = nullptr;
+  const char* end = nullptr;
+  unsigned char state = 0;
+
+  bool Take(const void* value, uint32_t length, unsigned char form) {
+    const Stated stated{static_cast<const unsigned char*>(value), length};
+    if (stated.Limited() && length < 4) return false;
+    const int64_t L = stated.Short(0, form);
+    if (L < 4 || (L & 1) != 0 || (stated.Limited() && length < L + 2)) return false;
+    const unsigned char* r = stated.base;
+    if (r[L + 1] == 0 || r[2] != kOrderText || r[3] == 0 || (r[3] & 0x80) != 0) return false;
+    text = reinterpret_cast<const char*>(r + 4);
+    end = text + (L - 4);
+    state = r[3];
+    return true;
+  }
+};
+
+// Every other case: the operands taken apart record by record.
+__attribute__((noinline)) int32_t StringCompareRecords(unsigned char format, uint32_t length1,
+                                                       void* value1, uint32_t length2, void* value2,
+                                                       unsigned short cmpOp, uint32_t count,
+                                                       int& status, unsigned short oldRow) {
   status = 0;
   int32_t result = 0;
   if (count == 0) return 0;
@@ -395,6 +475,25 @@ int32_t StringCompareCore(unsigned char format, uint32_t length1, void* value1, 
     }
     const bool old1 = header1 && one.InOldRecord();
     const bool old2 = header2 && two.InOldRecord();
+    const bool msbFirst = form == 2;
+
+    // Two whole key records, the common case of an index: their orders are
+    // read where they stand, bounded by their records, with no copy.
+    if (header1 && header2 && !old1 && !old2 && WholeKey(one) && WholeKey(two) &&
+        (cmpOp & kExact) == 0) {
+      const char* end1 = one.text + one.textLength;
+      const char* end2 = two.text + two.textLength;
+      if (!wildcards || NoWildcardOrders(two.text, end2, msbFirst)) {
+        result = CompareKeys(one, end1, two, end2, cmpOp, msbFirst);
+        if (i + 1 >= count || result != 0) break;
+        if (!one.Step() || !two.Step()) {
+          status = kPartial;
+          break;
+        }
+        continue;
+      }
+    }
+
     one.Close(header1 && !old1);
     two.Close(header2 && !old2);
     if (EndedAtStateChange(one)) status = kPartial;
@@ -446,15 +545,11 @@ int32_t StringCompareCore(unsigned char format, uint32_t length1, void* value1, 
     }
 
     int prefixResult = 0;
-    const bool msbFirst = form == 2;
     if (limit == -1 && one.codeSet == kOrderText && two.codeSet == kOrderText &&
         one.language != 0 && two.language != 0 && (cmpOp & kExact) == 0 &&
-        (!wildcards || NoWildcardOrders(two.text, msbFirst))) {
-      // The common case of an index: two whole keys.
-      OrderText a(one.text, one.language, msbFirst);
-      OrderText b(two.text, two.language, msbFirst);
-      const bool sameState = one.language == two.language;
-      result = sameState && !OrderText::SkipCommonStart(a, b) ? 0 : CompareOrderTexts(a, b, cmpOp);
+        (!wildcards || NoWildcardOrders(two.text, nullptr, msbFirst))) {
+      // Two whole keys that needed closing.
+      result = CompareKeys(one, nullptr, two, nullptr, cmpOp, msbFirst);
     } else {
       result = NxStrCmp(one.codeSet, one.language, one.text, two.codeSet, two.language, two.text,
                         cmpOp, static_cast<short>(limit), form, &prefixResult);
@@ -479,6 +574,27 @@ int32_t StringCompareCore(unsigned char format, uint32_t length1, void* value1, 
     }
   }
   return result;
+}
+
+int32_t StringCompareCore(unsigned char format, uint32_t length1, void* value1, uint32_t length2,
+                          void* value2, unsigned short cmpOp, uint32_t count, int& status,
+                          unsigned short oldRow) {
+  if (format != 8 && count == 1 && (cmpOp & kExact) == 0) {
+    // One key against one key, both whole: the common case of an index,
+    // answered before any operand is taken apart.
+    KeyAtHand k1;
+    KeyAtHand k2;
+    const unsigned char form = format & 0x0F;
+    if (k1.Take(value1, length1, form) && k2.Take(value2, length2, form)) {
+      status = 0;
+      const bool msbFirst = form == 2;
+      if ((cmpOp & (kExact | kNoWildcards)) != 0 || NoWildcardOrders(k2.text, k2.end, msbFirst))
+        return CompareKeys(k1.text, k1.end, k1.state, k2.text, k2.end, k2.state, cmpOp, msbFirst);
+    }
+  }
+
+  return StringCompareRecords(format, length1, value1, length2, value2, cmpOp, count, status,
+                              oldRow);
 }
 
 // ---------------------------------------------------------------------------
