@@ -11,6 +11,8 @@
 
 #include <nxtm/nxtm.h>
 
+#include "bench_support.h"
+
 namespace {
 
 constexpr uint32_t kCount = 4096;
@@ -29,6 +31,7 @@ std::vector<unsigned char> Stored(char id, unsigned char format, Make make) {
 void HashRun(benchmark::State& state, char id, std::vector<unsigned char>& disk,
              unsigned char format) {
   NxTypeMgr mgr;
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     int status;
     benchmark::DoNotOptimize(mgr.Hash(id, 0, disk.data(), kCount, format, status));
@@ -59,6 +62,7 @@ BENCHMARK(BM_Hash_NxObjId);
 void BM_Compare_Seal(benchmark::State& state) {
   NxTypeMgr mgr;
   unsigned char a[6] = {1, 2, 3, 4, 5, 6}, b[6] = {1, 2, 3, 4, 5, 7};
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     int status;
     char id = NxTYPE_NxSeal;
@@ -70,6 +74,7 @@ BENCHMARK(BM_Compare_Seal);
 
 void BM_Compare_Memcmp(benchmark::State& state) {
   unsigned char a[6] = {1, 2, 3, 4, 5, 6}, b[6] = {1, 2, 3, 4, 5, 7};
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     benchmark::DoNotOptimize(a);
     benchmark::DoNotOptimize(std::memcmp(a, b, 6));
@@ -85,6 +90,7 @@ void BM_EvalAndBound_WildDate(benchmark::State& state) {
   mgr.Store(NxTYPE_NxDate, high, &h, 1, 1);
   mgr.Store(NxTYPE_NxDate, value, &v, 1, 1);
   NxIdxBounds bounds{low, high, 4, 4};
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     unsigned short op = 1;
     char id = NxTYPE_NxDate;
@@ -98,6 +104,7 @@ void BM_EvalAndBound_LongReference(benchmark::State& state) {
   NxTypeMgr mgr;
   int32_t low = 10, high = 19, value = 14;
   NxIdxBounds bounds{&low, &high, 4, 4};
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     unsigned short op = 1;
     char id = NxTYPE_long;

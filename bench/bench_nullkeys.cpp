@@ -10,6 +10,8 @@
 
 #include <nxtm/nxtm.h>
 
+#include "bench_support.h"
+
 namespace {
 
 struct Keys {
@@ -37,6 +39,7 @@ void Hash(benchmark::State& state, char id, bool nullable) {
   unsigned char* value = nullable ? keys.nullable.data() : keys.plain.data();
   NxTypeMgr mgr;
   int status = 0;
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     benchmark::DoNotOptimize(id);
     benchmark::DoNotOptimize(mgr.Hash(id, 0, value, count, 1, status));
@@ -62,6 +65,7 @@ void Estimate(benchmark::State& state, char id, bool nullable) {
                      static_cast<unsigned char>(width)};
   NxTypeMgr mgr;
   unsigned short op = 5;
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     benchmark::DoNotOptimize(id);
     benchmark::DoNotOptimize(

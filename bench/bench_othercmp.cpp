@@ -7,6 +7,8 @@
 //   bench_othercmp --benchmark_repetitions=5 --benchmark_enable_random_interleaving=true
 #include <nxtm/nxtm.h>
 
+#include "bench_support.h"
+
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
@@ -138,6 +140,7 @@ void BM_DiskCompare(benchmark::State& state) {
   NxTypeCmpFunc compare = keys.mgr_.CmpFuncPtrGet(row.id);
   const uint32_t length1 = static_cast<uint32_t>(keys.diskA_.size());
   const uint32_t length2 = static_cast<uint32_t>(keys.diskB_.size());
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     int status = 0;
     benchmark::DoNotOptimize(
@@ -154,6 +157,7 @@ void BM_LoadAndNative(benchmark::State& state) {
   NxLoadFunc load = keys.mgr_.LoadPtrGet(row.id);
   void* x = keys.mgr_.Create(row.id, 1);
   void* y = keys.mgr_.Create(row.id, 1);
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     load(x, keys.diskA_.data(), format, 1);
     load(y, keys.diskB_.data(), format, 1);

@@ -74,6 +74,7 @@ void RunNxKey(benchmark::State& state, const std::vector<NxString>& strings) {
   size_t k = 0;
   uint64_t bytes = 0;
   const uint64_t before = nxbench::Allocations();
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     bytes += mgr.Translate(NxTYPE_NxString, key, 0x81, sizeof key,
                            const_cast<NxString*>(&strings[k]), 8, 0, 1);
@@ -105,6 +106,7 @@ void RunIcuKey(benchmark::State& state, const std::vector<std::u16string>& texts
   size_t k = 0;
   uint64_t bytes = 0;
   const uint64_t before = nxbench::Allocations();
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     const std::u16string& t = texts[k];
     bytes += static_cast<uint64_t>(
@@ -150,6 +152,7 @@ const LongText& TheLongText() {
 void BM_Record_Store(benchmark::State& state) {
   const LongText& t = TheLongText();
   std::vector<unsigned char> out(t.record.size());
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     benchmark::DoNotOptimize(StringStore(out.data(), &t.text, 1, 1));
     benchmark::ClobberMemory();
@@ -161,6 +164,7 @@ void BM_Record_Load(benchmark::State& state) {
   const LongText& t = TheLongText();
   NxString s;
   const uint64_t before = nxbench::Allocations();
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     benchmark::DoNotOptimize(StringLoad(&s, t.record.data(), 1, 1));
     benchmark::ClobberMemory();
@@ -173,6 +177,7 @@ void BM_Record_Load(benchmark::State& state) {
 void BM_Record_Memcpy(benchmark::State& state) {
   const LongText& t = TheLongText();
   std::vector<unsigned char> out(t.record.size());
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     std::memcpy(out.data(), t.text.StrGet(), 60000);
     benchmark::ClobberMemory();

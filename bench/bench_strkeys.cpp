@@ -11,6 +11,8 @@
 
 #include <nxtm/nxtm.h>
 
+#include "bench_support.h"
+
 #include "../tests/support/names.h"
 
 #ifdef NXTM_BENCH_HAVE_ICU
@@ -48,6 +50,7 @@ const std::vector<Name>& Names() {
 void BM_KeyRecordsThroughTheRow(benchmark::State& state) {
   const auto& names = Names();
   size_t k = 0;
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     const size_t j = k + 1 == names.size() ? 0 : k + 1;
     int status = 0;
@@ -64,6 +67,7 @@ BENCHMARK(BM_KeyRecordsThroughTheRow);
 void BM_NxStrCmpOnTheTexts(benchmark::State& state) {
   const auto& names = Names();
   size_t k = 0;
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     const size_t j = k + 1 == names.size() ? 0 : k + 1;
     benchmark::DoNotOptimize(NxStrCmp(NxCS_UNICODE, NxLANG_NEUTRAL, names[k].text.StrGet(),
@@ -93,6 +97,7 @@ void BM_IcuSortKeysStrcmp(benchmark::State& state) {
   }
   ucol_close(coll);
   size_t k = 0;
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     const size_t j = k + 1 == keys.size() ? 0 : k + 1;
     benchmark::DoNotOptimize(std::strcmp(keys[k].c_str(), keys[j].c_str()));
@@ -118,6 +123,7 @@ void BM_NarrowPattern(benchmark::State& state, const char* pattern, unsigned sho
   std::vector<unsigned char> low = key("Mahler"), high = key("Muster"), value = key(pattern);
   NxIdxBounds bounds{low.data(), high.data(), static_cast<unsigned char>(low.size()),
                      static_cast<unsigned char>(high.size())};
+  nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     NxIdxBounds narrowed{nullptr, nullptr, 0, 0};
     unsigned short op = static_cast<unsigned short>(1 | options);
