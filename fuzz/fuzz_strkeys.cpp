@@ -3,7 +3,9 @@
 // each operand with its stated size, in a heap block of exactly that size.
 // No crash, no sanitizer report, no read past the stated bytes; the status is
 // one of 0, 2101 and -2999, and -2999 comes with the result -1.  The legacy
-// rows also compare objects made from the bytes in memory form.
+// rows also compare objects made from the bytes in memory form.  Two whole
+// key records compared alone give the sign NxStrCmp gives their orders: the
+// row's quick path for whole keys must agree with the general comparison.
 //
 // Input: a selector byte (row, byte order, key form bit), two bytes of the
 // comparison word, a count byte, a split byte (the share of the bytes that
@@ -42,6 +44,25 @@ struct Exact {
 
 const NxTypeCmpFunc kRows[] = {StringCompare, OldStringCompare, NxIStringCompare,
                                NxCaseIStringCompare};
+
+int Sign(int32_t v) {
+  return (v > 0) - (v < 0);
+}
+
+// The orders of a whole key record of order text, closed by a zero order,
+// and its state byte; false for anything else.
+bool WholeKey(const Exact& e, unsigned char form, std::string& orders, unsigned char& state) {
+  if (e.size < 6) return false;
+  const uint32_t L = form == 2 ? uint32_t{e.data[0]} << 8 | e.data[1]
+                               : uint32_t{e.data[0]} | uint32_t{e.data[1]} << 8;
+  if (L < 4 || L % 2 != 0 || e.size < L + 2) return false;
+  if (e.data[L + 1] == 0 || e.data[2] != NxCS_ORDERS || e.data[3] == 0 || (e.data[3] & 0x80) != 0)
+    return false;
+  orders.assign(reinterpret_cast<const char*>(e.data) + 4, L - 4);
+  orders.append(2, '\0');
+  state = e.data[3];
+  return true;
+}
 
 void CheckOutcome(int32_t result, int status) {
   Check(status == 0 || status == NxSTATUS_PARTIAL || status == NxSTATUS_NO_ANSWER);
@@ -85,6 +106,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const int32_t result = compare(format, static_cast<uint32_t>(one.size), one.data,
                                  static_cast<uint32_t>(two.size), two.data, cmpOp, count, status);
   CheckOutcome(result, status);
+  std::string orders1, orders2;
+  unsigned char state1 = 0, state2 = 0;
+  if ((selector & 3) < 2 && count == 1 && WholeKey(one, format & 0x0F, orders1, state1) &&
+      WholeKey(two, format & 0x0F, orders2, state2)) {
+    Check(status == 0);
+    Check(Sign(result) == Sign(NxStrCmp(NxCS_ORDERS, state1, orders1.data(), NxCS_ORDERS, state2,
+                                        orders2.data(), cmpOp, -1, format & 0x0F, nullptr)));
+  }
   if ((selector & 3) == 2) CompareObjects<NxIString>(compare, one, two, cmpOp, selector);
   if ((selector & 3) == 3) CompareObjects<NxCaseIString>(compare, one, two, cmpOp, selector);
   return 0;
