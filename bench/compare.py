@@ -251,6 +251,39 @@ def measure_sort(nxtm: str, sizes: List[int], repetitions: int, workdir: str):
 
 
 # ---------------------------------------------------------------------------
+# SQLite: the extension's pattern queries and sorting in a file database.
+
+SQLITE_LINE = re.compile(r"^\s+(.+?)\s+(\d+) rows\s+([\d.]+) ms\s+([\d.]+)x$")
+SQLITE_PATTERN = re.compile(r"^pattern (\S+) \(LIKE '([^']*)'\); indexed plan: (.*); LIKE plan: (.*)$")
+
+
+def measure_sqlite(program: str, rows: int) -> List[str]:
+    """Runs bench_sqlite on `rows` names and renders its figures as a table."""
+    out = subprocess.run([program, str(rows)], check=True, capture_output=True,
+                         text=True).stdout
+    lines = ["| Query | Rows returned | Time | Time / the indexed query (sorts: / binary) |",
+             "| --- | ---: | ---: | ---: |"]
+    for line in out.splitlines():
+        m = SQLITE_PATTERN.match(line)
+        if m:
+            pattern, like, plan, like_plan = m.groups()
+            index = "uses the key index" if "t_key" in plan else "scans"
+            lines.append(f"| **`{pattern}`** ({index}), `LIKE '{like}'` "
+                         f"({'NOCASE index' if 't_nocase' in like_plan else 'scan'}) | | | |")
+            continue
+        if line.startswith("sorting"):
+            lines.append("| **sorting all names** | | | |")
+            continue
+        m = SQLITE_LINE.match(line)
+        if m:
+            what, n, ms, ratio = m.groups()
+            t = float(ms)
+            shown = f"{t:.2f}" if t < 10 else f"{t:.1f}" if t < 1000 else f"{t:,.0f}"
+            lines.append(f"| {what} | {int(n):,} | {shown} ms | {float(ratio):.2f} |")
+    return lines
+
+
+# ---------------------------------------------------------------------------
 # The table.
 
 def fmt_time(ns: float) -> str:
@@ -308,12 +341,14 @@ def main() -> int:
     ap.add_argument("--sizes", default="10000,100000,1000000")
     ap.add_argument("--sort-repetitions", type=int, default=3)
     ap.add_argument("--no-sort", action="store_true")
+    ap.add_argument("--sqlite-rows", type=int, default=1000000)
+    ap.add_argument("--no-sqlite", action="store_true")
     ap.add_argument("--only", default="", help="regular expression on group and operation")
     ap.add_argument("--readme", action="store_true",
                     help="replace the Performance section of README.md with the output")
     args = ap.parse_args()
-    if args.readme and (args.only or args.no_sort):
-        ap.error("--readme wants the whole table: no --only, no --no-sort")
+    if args.readme and (args.only or args.no_sort or args.no_sqlite):
+        ap.error("--readme wants the whole table: no --only, --no-sort or --no-sqlite")
 
     rows = [r for r in ROWS if re.search(args.only, f"{r.group} {r.operation}")]
     by_program: Dict[str, List[Row]] = {}
@@ -382,6 +417,21 @@ def main() -> int:
                      f"{args.sort_repetitions} times; their times are CPU time (user and "
                      "system) of the whole program.")
 
+    sqlite_lines: List[str] = []
+    sqlite_program = os.path.join(args.build, "sqlite", "bench_sqlite")
+    if not args.no_sqlite and not args.only and os.path.exists(sqlite_program):
+        print(f"compare: bench_sqlite on {args.sqlite_rows:,} names", file=sys.stderr)
+        sqlite_lines = ["### SQLite", ""] + textwrap.wrap(
+            f"`bench_sqlite {args.sqlite_rows}`, run by the same command: "
+            f"{args.sqlite_rows:,} generated names (two names of the shared list joined by a "
+            "space, fixed seed) in a file database, indexed on `nxtm_key(name, 'ci ai')` and "
+            "on `name COLLATE NOCASE`. For each pattern: the indexed query of the SQLite "
+            "section, the full scan with `nxtm_match`, and SQLite's nearest `LIKE` through "
+            "its NOCASE index and as a full scan (`LIKE` folds ASCII case only and knows no "
+            "accents, so it may return fewer rows). Times are the best of three runs of the "
+            "indexed and `LIKE` queries and one run of the scans; wall time.", 78) + \
+            [""] + measure_sqlite(sqlite_program, args.sqlite_rows)
+
     intro = ("Produced by `python3 bench/compare.py --readme` and not edited by hand. Each of "
              "our operations and its reference run in one benchmark program, interleaved in "
              f"random order, {args.repetitions} repetitions of at least {args.min_time} s "
@@ -390,7 +440,8 @@ def main() -> int:
              "Allocations are heap allocations per operation, ours / the reference's, "
              "counted by the benchmark programs' own `malloc`." + sort_note)
     section = ["## Performance", ""] + textwrap.wrap(intro, 78) + [""] + \
-        textwrap.wrap(describe(args.build), 78) + [""] + lines
+        textwrap.wrap(describe(args.build), 78) + [""] + lines + \
+        ([""] + sqlite_lines if sqlite_lines else [])
     text = "\n".join(section) + "\n"
     sys.stdout.write(text)
     if missed:
