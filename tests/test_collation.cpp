@@ -261,8 +261,8 @@ TEST_F(CollationTest, ALeadingByteOrderMarkChangesNeitherOrdersNorComparisons) {
   const std::vector<unsigned short> marked = Wide(u"\uFEFFb"), a = Wide(u"a"), b = Wide(u"b");
   auto compare = [](const std::vector<unsigned short>& x, const std::vector<unsigned short>& y,
                     unsigned short cmpOp) {
-    return NxStrCmp(kUnicode, kNeutral, reinterpret_cast<const char*>(x.data()), kUnicode,
-                    kNeutral, reinterpret_cast<const char*>(y.data()), cmpOp, -1, 1, nullptr);
+    return NxStrCmp(kUnicode, kNeutral, reinterpret_cast<const char*>(x.data()), kUnicode, kNeutral,
+                    reinterpret_cast<const char*>(y.data()), cmpOp, -1, 1, nullptr);
   };
   EXPECT_GT(compare(marked, a, NxCMP_NO_WILDCARDS), 0);
   EXPECT_LT(compare(a, marked, NxCMP_NO_WILDCARDS), 0);
