@@ -25,7 +25,7 @@ class Convert : public ::testing::Test {
   NxTypeMgr mgr;
 };
 
-TEST_F(Convert, CarrierFromAManagerOwnsItsStrings) {
+TEST_F(Convert, CarrierOwnsItsStringsOnlyWhenAManagerMadeThem) {
   int32_t values[2] = {-7, 40};
   NxTypeConvertData* data = mgr.ConvertTo(NxTYPE_long, values, 2);
   ASSERT_NE(data, nullptr);
@@ -37,26 +37,19 @@ TEST_F(Convert, CarrierFromAManagerOwnsItsStrings) {
   EXPECT_EQ(data->GetString(2), nullptr);
   EXPECT_EQ(data->GetString(-1), nullptr);
   delete data;  // frees the strings through the manager; the sanitizers watch
-}
 
-TEST_F(Convert, CarrierWithoutAManagerLeavesItsArrayAlone) {
   NxString* strings = static_cast<NxString*>(mgr.Create(NxTYPE_NxString, 2));
   strings[0] = "12";
-  NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, 2, strings, nullptr);
-  ASSERT_NE(data, nullptr);
-  delete data;
+  delete NxTypeConvertData::Make(NxTYPE_NxString, 2, strings, nullptr);
   EXPECT_EQ(Text(strings[0]), "12");  // still ours
   mgr.Delete(NxTYPE_NxString, strings, 2);
-}
-
-TEST_F(Convert, GetStringOnlyForStringCarriers) {
+  // Only a string carrier with strings hands any out.
   int32_t value = 5;
-  NxTypeConvertData* other = NxTypeConvertData::Make(NxTYPE_NxSeal, 1, &value, nullptr);
-  EXPECT_EQ(other->GetString(0), nullptr);
-  delete other;
-  NxTypeConvertData* empty = NxTypeConvertData::Make(NxTYPE_NxString, 3, nullptr, nullptr);
-  EXPECT_EQ(empty->GetString(0), nullptr);
-  delete empty;
+  for (NxTypeConvertData* other : {NxTypeConvertData::Make(NxTYPE_NxSeal, 1, &value, nullptr),
+                                   NxTypeConvertData::Make(NxTYPE_NxString, 3, nullptr, nullptr)}) {
+    EXPECT_EQ(other->GetString(0), nullptr);
+    delete other;
+  }
 }
 
 TEST_F(Convert, ConvertFromFillsMissingStringsWithZero) {
@@ -74,44 +67,26 @@ TEST_F(Convert, ConvertFromFillsMissingStringsWithZero) {
   delete data;  // the manager frees the strings now
 }
 
-TEST_F(Convert, UnsignedRowsTravelAsTheirSignedText) {
-  uint16_t word = 40000;
-  NxTypeConvertData* w = mgr.ConvertTo(NxTYPE_NxWord, &word, 1);
-  EXPECT_EQ(Text(*w->GetString(0)), "-25536");
-  uint16_t* wordBack = static_cast<uint16_t*>(mgr.ConvertFrom(NxTYPE_NxWord, w, 1));
-  EXPECT_EQ(*wordBack, 40000);
-  mgr.Delete(NxTYPE_NxWord, wordBack, 1);
-  delete w;
-
-  uint32_t dword = 4000000000u;
-  NxTypeConvertData* d = mgr.ConvertTo(NxTYPE_NxDWord, &dword, 1);
-  EXPECT_EQ(Text(*d->GetString(0)), "-294967296");
-  uint32_t* dwordBack = static_cast<uint32_t*>(mgr.ConvertFrom(NxTYPE_BlockId, d, 1));
-  EXPECT_EQ(*dwordBack, 4000000000u);
-  mgr.Delete(NxTYPE_BlockId, dwordBack, 1);
-  delete d;
-
-  unsigned char byte = 200;
-  NxTypeConvertData* b = mgr.ConvertTo(NxTYPE_NxByte, &byte, 1);
-  EXPECT_EQ(Text(*b->GetString(0)), "-56");
-  unsigned char* byteBack = static_cast<unsigned char*>(mgr.ConvertFrom(NxTYPE_NxByte, b, 1));
-  EXPECT_EQ(*byteBack, 200);
-  mgr.Delete(NxTYPE_NxByte, byteBack, 1);
-  delete b;
+// One value to text through the carrier and back through row `backId`:
+// "text -> value".
+template <typename T>
+std::string Carry(NxTypeMgr& mgr, char id, T value, char backId) {
+  NxTypeConvertData* carrier = mgr.ConvertTo(id, &value, 1);
+  const std::string text = Text(*carrier->GetString(0));
+  T* back = static_cast<T*>(mgr.ConvertFrom(backId, carrier, 1));
+  const std::string shown = text + " -> " + std::to_string(*back);
+  mgr.Delete(backId, back, 1);
+  delete carrier;
+  return shown;
 }
 
-TEST_F(Convert, RealsRoundTripThroughText) {
-  double d = 0.1;
-  float f = 1.5f;
-  NxTypeConvertData* dt = mgr.ConvertTo(NxTYPE_double, &d, 1);
-  NxTypeConvertData* ft = mgr.ConvertTo(NxTYPE_float, &f, 1);
-  EXPECT_EQ(Text(*dt->GetString(0)), "0.1");
-  EXPECT_EQ(Text(*ft->GetString(0)), "1.5");
-  float* back = static_cast<float*>(mgr.ConvertFrom(NxTYPE_float, ft, 1));
-  EXPECT_EQ(*back, 1.5f);
-  mgr.Delete(NxTYPE_float, back, 1);
-  delete dt;
-  delete ft;
+TEST_F(Convert, UnsignedRowsTravelAsTheirSignedTextAndRealsRoundTrip) {
+  EXPECT_EQ(Carry<uint16_t>(mgr, NxTYPE_NxWord, 40000, NxTYPE_NxWord), "-25536 -> 40000");
+  EXPECT_EQ(Carry<uint32_t>(mgr, NxTYPE_NxDWord, 4000000000u, NxTYPE_BlockId),
+            "-294967296 -> 4000000000");
+  EXPECT_EQ(Carry<unsigned char>(mgr, NxTYPE_NxByte, 200, NxTYPE_NxByte), "-56 -> 200");
+  EXPECT_EQ(Carry<float>(mgr, NxTYPE_float, 1.5f, NxTYPE_float), "1.5 -> 1.500000");
+  EXPECT_EQ(Carry<double>(mgr, NxTYPE_double, 0.1, NxTYPE_double), "0.1 -> 0.100000");
 }
 
 TEST_F(Convert, StringsKeepNullAndTheirCodeSet) {
@@ -231,13 +206,6 @@ TEST_F(Convert, DefaultValuesByKindOfRow) {
   mgr.Delete(NxTYPE_NxString, empties, 1);
 
   EXPECT_EQ(mgr.DefaultValue(NxTYPE_illegal, 1, 0), nullptr);
-}
-
-TEST_F(Convert, NullPrintStringIsProcessWide) {
-  EXPECT_EQ(Text(NxTypeMgr::GetNullPrintString()), "{NULL}");
-  NxTypeMgr::SetNullPrintString(NxString("<none>"));
-  EXPECT_EQ(Text(NxTypeMgr::GetNullPrintString()), "<none>");
-  NxTypeMgr::SetNullPrintString(NxString("{NULL}"));
 }
 
 }  // namespace

@@ -139,8 +139,6 @@ TEST(NxTime, FieldsAndTheirEdges) {
   for (const NxTime& t : {NxTime(90000), NxTime(24, 0, 0), NxTime(0, 60, 0), NxTime(0, 0, -1),
                           NxTime(-128, -128, -128)})
     EXPECT_FALSE(t.IsTime());
-  EXPECT_TRUE(NxTime(23, 59, 59) + 1 == NxTime(0, 0, 0));
-  EXPECT_TRUE(NxTime(1, 0, 0) - NxTime(2, 0, 0) == NxTime(23, 0, 0));
   EXPECT_TRUE(NxTime(10, 0, 0) + 172800 == NxTime(10, 0, 0));
   EXPECT_EQ((NxTime(10, 0, 0) - 172800).hour, -14);  // more than a day back: a day is added once
   EXPECT_EQ(NxTime(10, 0, 0) != NxTime(10, 0, 1), -1);
@@ -173,32 +171,6 @@ int64_t Absolute(const NxDateTime& v) {
   return int64_t{static_cast<int32_t>(v.date)} * 86400 + static_cast<int32_t>(v.time);
 }
 
-TEST_F(FixedClock, LocalAndUtcThroughFixedZones) {
-  const struct {
-    int32_t zone;
-    NxDateTime utc, local;
-  } cases[] = {
-      {60, At(2004, 12, 31, 23, 30, 15), At(2005, 1, 1, 0, 30, 15)},
-      {60, At(2004, 12, 31, 23, 0, 0), At(2005, 1, 1, 0, 0, 0)},
-      {-90, At(2004, 1, 1, 1, 0, 0), At(2003, 12, 31, 23, 30, 0)},
-      {330, At(2000, 2, 28, 20, 0, 0), At(2000, 2, 29, 1, 30, 0)},
-  };
-  for (const auto& c : cases) {
-    NxClockFix(kInstant, c.zone);
-    NxDateTime v = c.utc;
-    EXPECT_EQ(v.ToLocalTime(), 0);
-    EXPECT_EQ(v != c.local, 0) << c.zone << ": " << Show(v);
-    EXPECT_EQ(v.ToUTCTime(), 0);
-    EXPECT_EQ(v != c.utc, 0) << c.zone << ": " << Show(v);
-  }
-  // An unknown zone leaves the value alone.
-  NxClockFix(kInstant, NxZONE_UNKNOWN);
-  NxDateTime v = At(2004, 12, 31, 23, 30, 15);
-  EXPECT_EQ(v.ToLocalTime(), NxSTATUS_ZONE_UNKNOWN);
-  EXPECT_EQ(v.ToUTCTime(), NxSTATUS_ZONE_UNKNOWN);
-  EXPECT_EQ(v != At(2004, 12, 31, 23, 30, 15), 0);
-}
-
 // Every quarter-hour zone from -12:00 to +14:00, around midnight and year
 // ends: local time is UTC plus the zone in absolute minutes, and back.
 TEST_F(FixedClock, ZoneShiftsMatchAbsoluteMinutes) {
@@ -215,6 +187,12 @@ TEST_F(FixedClock, ZoneShiftsMatchAbsoluteMinutes) {
       EXPECT_EQ(v != start, 0) << zone << " " << Show(v);
     }
   }
+  // An unknown zone leaves the value alone.
+  NxClockFix(kInstant, NxZONE_UNKNOWN);
+  NxDateTime v = starts[0];
+  EXPECT_EQ(v.ToLocalTime(), NxSTATUS_ZONE_UNKNOWN);
+  EXPECT_EQ(v.ToUTCTime(), NxSTATUS_ZONE_UNKNOWN);
+  EXPECT_EQ(v != starts[0], 0);
 }
 
 TEST(NxDateTime, AddSecondsMatchesAbsoluteSeconds) {

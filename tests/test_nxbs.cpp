@@ -55,14 +55,7 @@ TEST(DiskOrder, EveryFunctionHonoursTheLowFourBitsAndIsItsOwnInverse) {
   EXPECT_EQ(1u, recorder.reports().size());
 }
 
-TEST(DiskOrder, OverlappingMovesAndKnownValues) {
-  // Destination one element after or before the source: as if moved through a separate buffer.
-  unsigned char fwd[10] = {1, 2, 3, 4, 5, 6, 7, 8}, bwd[10] = {0, 0, 1, 2, 3, 4, 5, 6, 7, 8};
-  EXPECT_EQ(8u, ShortStore(fwd + 2, fwd, 2, 4));
-  EXPECT_EQ("01020201040306050807", Hex(fwd, 10));
-  EXPECT_EQ(8u, ShortStore(bwd, bwd + 2, 2, 4));
-  EXPECT_EQ("02010403060508070708", Hex(bwd, 10));
-  // A known value at an odd address.
+TEST(DiskOrder, AKnownValueAtAnOddAddress) {
   unsigned char record[9] = {0};
   const double d = 1.5;
   EXPECT_EQ(8u, DoubleStore(record + 1, &d, 2, 1));
@@ -83,7 +76,7 @@ TEST(DiskOrder, BulkMovesAgreeWithAByteByByteReversal) {
   for (const auto& c : stores) {
     for (uint32_t count : {0u, 1u, 3u, 7u, 8u, 15u, 16u, 17u, 31u, 33u, 64u, 100u, 129u}) {
       const size_t bytes = c.width * count;
-      for (long shift : {-40L, -9L, -8L, -1L, 0L, 1L, 2L, 8L, 33L, 1000L}) {
+      for (long shift : {-40L, -9L, -8L, -2L, -1L, 0L, 1L, 2L, 8L, 33L, 1000L}) {
         SCOPED_TRACE("width " + std::to_string(c.width) + " count " + std::to_string(count) +
                      " shift " + std::to_string(shift));
         std::vector<unsigned char> buffer(bytes + 2200);

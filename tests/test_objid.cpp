@@ -333,23 +333,17 @@ TEST(IdentifierOrder, ReferenceValidity) {
 TEST(IdentifierOrder, AssignmentsBetweenClasses) {
   NxRef ref(NxObjId(1, 2, 3), 4, NxClassId(5, 6));
   ref = NxDBOId(NxObjId(7, 8, 9), 10);
-  EXPECT_EQ(ref.objId.block, 9u);
-  EXPECT_EQ(ref.database, 10);
-  EXPECT_EQ(ref.classId.version, 6);  // the class id stays
+  EXPECT_EQ(Fields(ref), "10:7-8#9,5v6");  // the class id stays
   ref = static_cast<unsigned short>(11);
-  EXPECT_EQ(ref.database, 11);
-  EXPECT_EQ(ref.objId.low, 8u);
+  EXPECT_EQ(Fields(ref), "11:7-8#9,5v6");
   ref = NxLocalRef(NxObjId(0, 1, 2), NxClassId(3, 4));
-  EXPECT_EQ(ref.database, 0);
-  EXPECT_EQ(ref.classId.classNumber, 3);
+  EXPECT_EQ(Fields(ref), "0:0-1#2,3v4");
   NxLocalRef local;
   local = NxRef(NxObjId(0, 5, 6), 7, NxClassId(8, 9));
-  EXPECT_EQ(local.objId.block, 6u);
-  EXPECT_EQ(local.classId.version, 9);
+  EXPECT_EQ(Fields(NxRef(local.objId, 0, local.classId)), "0:0-5#6,8v9");
   NxDBOId dbo(NxObjId(1, 1, 1), 5);
   dbo = NxObjId(2, 2, 2);
-  EXPECT_EQ(dbo.database, 0);
-  EXPECT_EQ(dbo.block, 2u);
+  EXPECT_TRUE(dbo.database == 0 && dbo.block == 2u);
 }
 
 // ---------------------------------------------------------------------------

@@ -25,40 +25,52 @@ class Print : public ::testing::Test {
   NxTypeMgr mgr;
 };
 
-TEST_F(Print, RowFormatsDecide) {
-  int32_t seven = 7;
-  EXPECT_EQ(Show(NxTYPE_long, &seven), "7");
-  EXPECT_EQ(Show(NxTYPE_BlockId, &seven), "#7");
-  uint32_t max = 4294967295u;
-  EXPECT_EQ(Show(NxTYPE_NxDWord, &max), "4294967295");
-  EXPECT_EQ(Show(NxTYPE_long, &max), "-1");
+TEST_F(Print, RowFormatsArraysAndBytes) {
+  int32_t seven = 7, five = 5;
+  uint32_t max = 4294967295u, u = 3000000000u;
   uint16_t word = 65535;
-  EXPECT_EQ(Show(NxTYPE_NxWord, &word), "65535");
-  EXPECT_EQ(Show(NxTYPE_short, &word), "-1");
+  int16_t shorts[3] = {1, 2, 3};
   float f = 1.5f;
-  EXPECT_EQ(Show(NxTYPE_float, &f), "1.500000");
   double d = -0.25;
-  EXPECT_EQ(Show(NxTYPE_double, &d), "-0.250000");
-  uint32_t u = 3000000000u;
-  EXPECT_EQ(Show(NxTYPE_unsigned, &u), "3000000000");
-  EXPECT_EQ(Show(NxTYPE_int, &u), "-1294967296");
-}
-
-TEST_F(Print, ArraysAppendWithCommas) {
-  int16_t values[3] = {1, 2, 3};
-  EXPECT_EQ(Show(NxTYPE_short, values, nullptr, 3, "x"), "x1,2,3");
-  // A single element replaces what the result held.
-  EXPECT_EQ(Show(NxTYPE_short, values, nullptr, 1, "x"), "1");
-  EXPECT_EQ(Show(NxTYPE_short, values, nullptr, 0, "x"), "1");
-}
-
-TEST_F(Print, BytesPrintAsOneRun) {
   char bytes[3] = {65, 1, 66};
-  EXPECT_EQ(Show(NxTYPE_char, bytes, nullptr, 3), "A0x01B");
-  EXPECT_EQ(Show(NxTYPE_NxByte, bytes, nullptr, 0, "old"), "");
   unsigned char high = 0xE9;
-  EXPECT_EQ(Show(NxTYPE_NxByte, &high), "0xe9");
-  EXPECT_EQ(Show(NxTYPE_char, bytes, "%d", 2), "650x01");
+  const std::string longFormat = std::string(600, 'z') + "%ld";
+  const struct {
+    char id;
+    void* value;
+    const char* format;
+    uint32_t count;
+    const char* start;
+    std::string want;
+  } cases[] = {
+      {NxTYPE_long, &seven, nullptr, 1, "", "7"},
+      {NxTYPE_BlockId, &seven, nullptr, 1, "", "#7"},
+      {NxTYPE_NxDWord, &max, nullptr, 1, "", "4294967295"},
+      {NxTYPE_long, &max, nullptr, 1, "", "-1"},
+      {NxTYPE_NxWord, &word, nullptr, 1, "", "65535"},
+      {NxTYPE_short, &word, nullptr, 1, "", "-1"},
+      {NxTYPE_float, &f, nullptr, 1, "", "1.500000"},
+      {NxTYPE_double, &d, nullptr, 1, "", "-0.250000"},
+      {NxTYPE_unsigned, &u, nullptr, 1, "", "3000000000"},
+      {NxTYPE_int, &u, nullptr, 1, "", "-1294967296"},
+      // Arrays append with commas; a single element replaces what the result held.
+      {NxTYPE_short, shorts, nullptr, 3, "x", "x1,2,3"},
+      {NxTYPE_short, shorts, nullptr, 1, "x", "1"},
+      {NxTYPE_short, shorts, nullptr, 0, "x", "1"},
+      // Bytes print as one run.
+      {NxTYPE_char, bytes, nullptr, 3, "", "A0x01B"},
+      {NxTYPE_NxByte, bytes, nullptr, 0, "old", ""},
+      {NxTYPE_NxByte, &high, nullptr, 1, "", "0xe9"},
+      {NxTYPE_char, bytes, "%d", 2, "", "650x01"},
+      // Conversions that aren't ours print as text.
+      {NxTYPE_long, &five, "%s:%ld", 1, "", "%s:5"},
+      {NxTYPE_long, &five, "%ld/%ld%%", 1, "", "5/%ld%"},
+      {NxTYPE_long, &five, "%*d", 1, "", "%*d"},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(Show(c.id, c.value, c.format, c.count, c.start), c.want) << c.want;
+  // Long output is cut at the buffer.
+  EXPECT_EQ(Show(NxTYPE_long, &seven, longFormat.c_str()).size(), 511u);
 }
 
 TEST_F(Print, PortableDoubleFormReadsBackExactly) {
@@ -101,20 +113,6 @@ TEST_F(Print, ExchangedFormatsAndFunctionsReachEveryManager) {
   EXPECT_NE(scan, nullptr);  // a null argument only asks
 }
 
-TEST_F(Print, LongOutputIsCutAtTheBuffer) {
-  std::string format(600, 'z');
-  format += "%ld";
-  int32_t v = 1;
-  EXPECT_EQ(Show(NxTYPE_long, &v, format.c_str()).size(), 511u);
-}
-
-TEST_F(Print, FormatsWithoutArgumentsOfOursPrintAsText) {
-  int32_t v = 5;
-  EXPECT_EQ(Show(NxTYPE_long, &v, "%s:%ld"), "%s:5");
-  EXPECT_EQ(Show(NxTYPE_long, &v, "%ld/%ld%%"), "5/%ld%");
-  EXPECT_EQ(Show(NxTYPE_long, &v, "%*d"), "%*d");
-}
-
 TEST_F(Print, RealsOutOfIntegerRangeHoldAtTheLimits) {
   double huge = 1.78389e+127;
   EXPECT_EQ(Show(NxTYPE_double, &huge, "%lld"), "9223372036854775807");
@@ -130,45 +128,35 @@ TEST_F(Print, RealsOutOfIntegerRangeHoldAtTheLimits) {
   delete data;
 }
 
-class Scan : public Print {};
+class Scan : public Print {
+ protected:
+  // One element read from `text` over `start`; nothing behind it may change.
+  template <typename T>
+  T Read(char id, const char* text, T start = T(), const char* format = nullptr) {
+    struct {
+      T value;
+      uint32_t guard;
+    } g{start, 0xA5A5A5A5u};
+    NxString input(text);
+    mgr.ScanFromNxString(id, &g.value, input, format, 1);
+    EXPECT_EQ(g.guard, 0xA5A5A5A5u) << text;
+    return g.value;
+  }
+};
 
-TEST_F(Scan, PlainScanReadsWhatItCanAndKeepsTheRest) {
+TEST_F(Scan, PlainScanReadsWhatItCanAndLongsHave32Bits) {
   int32_t v = 99;
   NxString text("12abc");
   EXPECT_EQ(mgr.ScanFromNxString(NxTYPE_long, &v, text, nullptr, 1), &v);
   EXPECT_EQ(v, 12);
-  NxString nothing("abc");
-  mgr.ScanFromNxString(NxTYPE_long, &v, nothing, nullptr, 1);
-  EXPECT_EQ(v, 12);
   EXPECT_EQ(mgr.ScanFromNxString(NxTYPE_int, nullptr, text, nullptr, 1), nullptr);
-  float f = 0;
-  NxString real("2.5");
-  mgr.ScanFromNxString(NxTYPE_float, &f, real, nullptr, 1);
-  EXPECT_EQ(f, 2.5f);
-}
-
-TEST_F(Scan, LongsReadAsOnAPlatformWhereLongIs32Bits) {
-  struct Guarded {
-    int32_t value;
-    uint32_t guard;
-  } g{0, 0xA5A5A5A5u};
-  NxString big("99999999999");
-  mgr.ScanFromNxString(NxTYPE_long, &g.value, big, nullptr, 1);
-  EXPECT_EQ(g.value, 2147483647);
-  EXPECT_EQ(g.guard, 0xA5A5A5A5u);
-  NxString small("-99999999999");
-  mgr.ScanFromNxString(NxTYPE_long, &g.value, small, nullptr, 1);
-  EXPECT_EQ(g.value, INT32_MIN);
-  NxString minusOne("-1");
-  mgr.ScanFromNxString(NxTYPE_NxDWord, &g.value, minusOne, nullptr, 1);
-  EXPECT_EQ(static_cast<uint32_t>(g.value), 4294967295u);
-  NxString tooBig("4294967296");
-  mgr.ScanFromNxString(NxTYPE_NxDWord, &g.value, tooBig, nullptr, 1);
-  EXPECT_EQ(static_cast<uint32_t>(g.value), 4294967295u);
-  NxString hash("#42");
-  mgr.ScanFromNxString(NxTYPE_BlockId, &g.value, hash, nullptr, 1);
-  EXPECT_EQ(g.value, 42);
-  EXPECT_EQ(g.guard, 0xA5A5A5A5u);
+  EXPECT_EQ(Read<int32_t>(NxTYPE_long, "abc", 12), 12);  // nothing read: kept
+  EXPECT_EQ(Read<float>(NxTYPE_float, "2.5"), 2.5f);
+  EXPECT_EQ(Read<int32_t>(NxTYPE_long, "99999999999"), INT32_MAX);
+  EXPECT_EQ(Read<int32_t>(NxTYPE_long, "-99999999999"), INT32_MIN);
+  EXPECT_EQ(Read<uint32_t>(NxTYPE_NxDWord, "-1"), 4294967295u);
+  EXPECT_EQ(Read<uint32_t>(NxTYPE_NxDWord, "4294967296"), 4294967295u);
+  EXPECT_EQ(Read<int32_t>(NxTYPE_BlockId, "#42"), 42);
   // A format wider than the element never writes past it.
   int16_t narrow[2] = {0, 0x1234};
   NxString wide("123456789");

@@ -152,43 +152,6 @@ TEST(ScalarComparators, OrderElementsInEveryFormThroughTheSlotAndTheManager) {
   }
 }
 
-TEST(ScalarComparators, SignedAndUnsignedTwinsDisagreeOnTheHighBit) {
-  // The same bytes: most significant bit set against 1.
-  const struct {
-    NxTypeCmpFunc compare;
-    Bytes high;
-    Bytes one;
-    int expected;
-  } cases[] = {{CharCompare, {0xFF}, {0x01}, -1},
-               {ByteCompare, {0xFF}, {0x01}, 1},
-               {ShortCompare, Native<int16_t>(-1), Native<int16_t>(1), -1},
-               {WordCompare, Native<int16_t>(-1), Native<int16_t>(1), 1},
-               {LongCompare, Native(0x80000000u), Native(1u), -1},
-               {IntCompare, Native(0x80000000u), Native(1u), -1},
-               {DwordCompare, Native(0x80000000u), Native(1u), 1},
-               {UnsignedCompare, Native(0x80000000u), Native(1u), 1}};
-  for (unsigned char format : {8, 1, 2}) {
-    for (const auto& t : cases) {
-      Bytes high = Encode(t.high, format);
-      Bytes one = Encode(t.one, format);
-      int status = 0;
-      EXPECT_EQ(t.compare(format, 0, high.data(), 0, one.data(), 0, 1, status), t.expected)
-          << int(format) << " " << Hex(high.data(), high.size());
-    }
-  }
-  // The same two bytes are 1 and 256 most significant first, 256 and 1 else.
-  unsigned char a[4] = {0x00, 0x01, 0x00, 0x00};
-  unsigned char b[4] = {0x01, 0x00, 0x00, 0x00};
-  int status = 0;
-  EXPECT_EQ(ShortCompare(2, 0, a, 0, b, 0, 1, status), -1);
-  EXPECT_EQ(WordCompare(0x81, 0, a, 0, b, 0, 1, status), 1);
-  // 2.0f read least significant first is a tiny denormal.
-  unsigned char two[4] = {0x40, 0x00, 0x00, 0x00};
-  unsigned char oneF[4] = {0x3F, 0x80, 0x00, 0x00};
-  EXPECT_EQ(FloatCompare(2, 0, two, 0, oneF, 0, 1, status), 1);
-  EXPECT_EQ(FloatCompare(1, 0, two, 0, oneF, 0, 1, status), -1);
-}
-
 TEST(ScalarComparators, NaNOrdersBeforeEverythingOnEitherSide) {
   const float nanF = std::numeric_limits<float>::quiet_NaN();
   const double nanD = std::numeric_limits<double>::quiet_NaN();
