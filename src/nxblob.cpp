@@ -5,6 +5,7 @@
 #include <new>
 #include <string>
 
+#include "nxclassrows.h"
 #include "nxinternal.h"
 #include "nxkeyrows.h"
 #include "nxrows.h"
@@ -366,50 +367,7 @@ inline NxBlob* Blobs(void* value) {
 }
 
 void* BlobCreate(uint32_t count) {
-  if (count < 2) return new (std::nothrow) NxBlob();
-  void* block = std::malloc(kHeader + static_cast<size_t>(count) * sizeof(NxBlob));
-  if (block == nullptr) return nullptr;
-  std::memcpy(static_cast<char*>(block) + kHeader - 4, &count, 4);
-  NxBlob* blobs = reinterpret_cast<NxBlob*>(static_cast<char*>(block) + kHeader);
-  for (uint32_t i = 0; i < count; ++i) new (&blobs[i]) NxBlob();
-  return blobs;
-}
-
-// Last element first.
-void* BlobDelete(void* value, uint32_t count) {
-  if (value == nullptr) return nullptr;
-  NxBlob* blobs = Blobs(value);
-  if (count < 2) {
-    delete blobs;
-    return nullptr;
-  }
-  uint32_t stored;
-  std::memcpy(&stored, reinterpret_cast<char*>(blobs) - 4, 4);
-  for (uint32_t i = stored; i-- > 0;) blobs[i].~NxBlob();
-  std::free(reinterpret_cast<char*>(blobs) - kHeader);
-  return nullptr;
-}
-
-void BlobConstructor(void* memory, uint32_t count, uint32_t) {
-  if (memory == nullptr) return;
-  for (uint32_t i = 0; i < count; ++i) new (&Blobs(memory)[i]) NxBlob();
-}
-
-void BlobDestructor(void* memory, uint32_t count, uint32_t) {
-  if (memory == nullptr) return;
-  for (uint32_t i = 0; i < count; ++i) Blobs(memory)[i].~NxBlob();
-}
-
-void BlobAssignment(void* destination, void* source, uint32_t count, int broadcast) {
-  NxBlob* d = Blobs(destination);
-  const NxBlob* s = Blobs(source);
-  for (uint32_t i = 0; i < count; ++i) d[i] = broadcast ? s[0] : s[i];
-}
-
-void BlobCopy(void* destination, void* source, uint32_t count, int broadcast) {
-  NxBlob* d = Blobs(destination);
-  const NxBlob* s = Blobs(source);
-  for (uint32_t i = 0; i < count; ++i) new (&d[i]) NxBlob(broadcast ? s[0] : s[i]);
+  return ObjectArrayCreate<NxBlob, kHeader>(count);
 }
 
 // One word in the format's byte order.
@@ -495,21 +453,6 @@ uint32_t BlobSizeGetFromMemFile(MemFile* file, unsigned char format, uint32_t) {
   return RecordSize(GetWord(at, static_cast<unsigned char>(format & 0x0F)));
 }
 
-uint32_t BlobTranslate(void* destination, unsigned char destinationFormat, uint32_t destinationSize,
-                       void* source, unsigned char sourceFormat, uint32_t sourceSize,
-                       uint32_t count) {
-  destinationFormat &= 0x0F;
-  const bool destinationInMemory = (destinationFormat & 8) != 0;
-  const bool sourceInMemory = (sourceFormat & 8) != 0;
-  if (destinationInMemory && sourceInMemory) {
-    BlobAssignment(destination, source, count, 0);
-    return count * kBlobMemLen;
-  }
-  if (destinationInMemory) return BlobLoad(destination, source, sourceFormat, count);
-  if (sourceInMemory) return BlobStore(destination, source, destinationFormat, count);
-  return DiskToDiskCopy(destination, destinationSize, source, sourceSize);
-}
-
 int BlobIsNull(void* value) {
   return Blobs(value)->IsNullValue();
 }
@@ -521,32 +464,21 @@ int BlobSetNull(void* value) {
 // The bytes do not travel as text: a null blob gives the null string, any
 // other an empty one.
 NxTypeConvertData* BlobConvertTo(void* value, uint32_t count) {
-  NxString* strings = static_cast<NxString*>(stringRow.Create(count));
-  if (strings == nullptr) return nullptr;
-  for (uint32_t i = 0; i < count; ++i)
-    if (Blobs(value)[i].IsNullValue()) strings[i].SetNullValue();
-  NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, strings, nullptr);
-  if (data == nullptr) stringRow.Delete(strings, count);
-  return data;
+  return ToStrings(stringRow.Create, stringRow.Delete, count, [value](NxString& text, uint32_t i) {
+    if (Blobs(value)[i].IsNullValue()) text.SetNullValue();
+  });
 }
 
 // An empty blob from any string; the null blob from a missing or null one.
 void* BlobConvertFrom(NxTypeConvertData* data, uint32_t count) {
-  void* result = BlobCreate(count);
-  if (result == nullptr || count == 0) return result;
-  for (uint32_t i = 0; i < count; ++i) {
-    NxString* s = data != nullptr ? data->GetString(static_cast<int>(i)) : nullptr;
-    if (s == nullptr || s->IsNullValue()) Blobs(result)[i].SetNullValue();
-  }
-  return result;
+  return FromStrings<NxBlob>(BlobCreate(count), data, count, [](NxBlob& blob, NxString* s) {
+    if (s == nullptr) blob.SetNullValue();
+  });
 }
 
 void* BlobDefault(uint32_t count, int null) {
-  if (null == 0) return DefaultFromEmptyStrings(BlobConvertFrom, count);
-  void* result = BlobCreate(count);
-  if (result == nullptr) return nullptr;
-  for (uint32_t i = 0; i < count; ++i) Blobs(result)[i].SetNullValue();
-  return result;
+  return NullOrEmptyDefault<NxBlob>(BlobCreate, BlobConvertFrom, count, null,
+                                    [](NxBlob& blob) { blob.SetNullValue(); });
 }
 
 // The content is never printed.  "%L" is the length, "%%" a "%", and "%"
@@ -596,7 +528,7 @@ void* BlobScan(void* value, NxString& text, const char*, uint32_t) {
 constexpr NxTypeDesc BlobRow() {
   NxTypeDesc row = IllegalLike("NxBlob", kBlobMemLen, 0, "[BLOB,len=%L]");
   row.Create = BlobCreate;
-  row.Delete = BlobDelete;
+  row.Delete = ObjectArrayDelete<NxBlob, kHeader>;
   row.Store = BlobStore;
   row.Load = BlobLoad;
   row.NullSizeGet = BlobNullSizeGet;
@@ -607,11 +539,12 @@ constexpr NxTypeDesc BlobRow() {
   row.Hash = BlobHash;
   row.ConvertTo = BlobConvertTo;
   row.ConvertFrom = BlobConvertFrom;
-  row.Constructor = BlobConstructor;
-  row.Destructor = BlobDestructor;
-  row.Assignment = BlobAssignment;
-  row.Copy = BlobCopy;
-  row.Translate = BlobTranslate;
+  row.Constructor = ElementConstructor<NxBlob>;
+  row.Destructor = ElementDestructor<NxBlob>;
+  row.Assignment = ElementAssignment<NxBlob>;
+  row.Copy = ElementCopy<NxBlob>;
+  row.Translate =
+      RecordTranslate<BlobLoad, BlobStore, AssignEach<ElementAssignment<NxBlob>, kBlobMemLen>>;
   row.IsNull = BlobIsNull;
   row.SetNull = BlobSetNull;
   row.PrintToString = BlobPrint;

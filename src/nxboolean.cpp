@@ -1,6 +1,7 @@
 // NxBoolean: its comparisons and the row of the type table.
 #include <cstring>
 
+#include "nxclassrows.h"
 #include "nxinternal.h"
 #include "nxkeyrows.h"
 #include "nxrows.h"
@@ -25,17 +26,6 @@ namespace nxrows {
 
 namespace {
 
-constexpr size_t kHeader = ClassArrayHeader<NxBoolean>();
-
-void* BooleanCreate(uint32_t count) {
-  return ClassArrayCreate(count, 1, kHeader);
-}
-
-void* BooleanDelete(void* value, uint32_t count) {
-  ClassArrayDelete(value, count, kHeader);
-  return nullptr;
-}
-
 uint32_t BooleanStore(void* disk, const void* memory, unsigned char format, uint32_t count) {
   if (count == 0) return 0;
   return CharStore(disk, memory, format, count);
@@ -44,45 +34,6 @@ uint32_t BooleanStore(void* disk, const void* memory, unsigned char format, uint
 uint32_t BooleanLoad(void* memory, const void* disk, unsigned char format, uint32_t count) {
   if (count == 0) return 0;
   return CharStore(memory, disk, format, count);
-}
-
-uint32_t BooleanNullSizeGet(uint32_t count) {
-  return count;
-}
-
-uint32_t BooleanSizeGet(const void*, unsigned char, unsigned char, uint32_t count) {
-  return count;
-}
-
-uint32_t BooleanSizeGetFromMemFile(MemFile*, unsigned char, uint32_t count) {
-  return count;
-}
-
-void BooleanConstructor(void* memory, uint32_t count, uint32_t) {
-  if (memory != nullptr) std::memset(memory, 0, count);
-}
-
-void BooleanDestructor(void*, uint32_t, uint32_t) {}
-
-void BooleanAssignment(void* destination, void* source, uint32_t count, int broadcast) {
-  unsigned char* d = static_cast<unsigned char*>(destination);
-  const unsigned char* s = static_cast<const unsigned char*>(source);
-  for (uint32_t i = 0; i < count; ++i) d[i] = broadcast ? s[0] : s[i];
-}
-
-uint32_t BooleanTranslate(void* destination, unsigned char destinationFormat,
-                          uint32_t destinationSize, void* source, unsigned char sourceFormat,
-                          uint32_t sourceSize, uint32_t count) {
-  destinationFormat &= 0x0F;
-  const bool destinationInMemory = (destinationFormat & 8) != 0;
-  const bool sourceInMemory = (sourceFormat & 8) != 0;
-  if (destinationInMemory && sourceInMemory) {
-    if (count != 0) std::memmove(destination, source, count);
-    return count;
-  }
-  if (destinationInMemory) return BooleanLoad(destination, source, sourceFormat, count);
-  if (sourceInMemory) return BooleanStore(destination, source, destinationFormat, count);
-  return DiskToDiskCopy(destination, destinationSize, source, sourceSize);
 }
 
 int BooleanIsNull(void* value) {
@@ -96,50 +47,39 @@ int BooleanSetNull(void* value) {
 // Text of the carrier: "1" for the byte 1, "0" for any other byte, the null
 // string for null.
 NxTypeConvertData* BooleanConvertTo(void* value, uint32_t count) {
-  NxTypeDesc* strings = &stringRow;
-  NxString* texts = static_cast<NxString*>(strings->Create(count));
-  if (texts == nullptr) return nullptr;
   const NxBoolean* booleans = static_cast<const NxBoolean*>(value);
-  for (uint32_t i = 0; i < count; ++i) {
-    if (booleans[i].IsNullValue())
-      texts[i].SetNullValue();
-    else
-      texts[i] += NxString(booleans[i].value == NxBoolean::True ? "1" : "0");
-  }
-  NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, texts, nullptr);
-  if (data == nullptr) strings->Delete(texts, count);
-  return data;
+  return ToStrings(stringRow.Create, stringRow.Delete, count,
+                   [booleans](NxString& text, uint32_t i) {
+                     if (booleans[i].IsNullValue())
+                       text.SetNullValue();
+                     else
+                       text += NxString(booleans[i].value == NxBoolean::True ? "1" : "0");
+                   });
 }
 
 // True when the text's first character is "1"; a missing or null string
 // gives null.
 void* BooleanConvertFrom(NxTypeConvertData* data, uint32_t count) {
-  NxBoolean* result = static_cast<NxBoolean*>(BooleanCreate(count));
-  if (result == nullptr || count == 0) return result;
-  for (uint32_t i = 0; i < count; ++i) {
-    NxString* s = data != nullptr ? data->GetString(static_cast<int>(i)) : nullptr;
-    if (s == nullptr || s->IsNullValue()) {
-      result[i].SetNullValue();
-      continue;
-    }
-    const char* text = s->StrGet();
-    unsigned first = static_cast<unsigned char>(text[0]);
-    if (s->codeSet > 224) {
-      uint16_t unit;
-      std::memcpy(&unit, text, 2);
-      first = unit;
-    }
-    result[i] = first == '1' ? 1 : 0;
-  }
-  return result;
+  return FromStrings<NxBoolean>(
+      ZeroArrayCreate<NxBoolean>(count), data, count, [](NxBoolean& b, NxString* s) {
+        if (s == nullptr) {
+          b.SetNullValue();
+          return;
+        }
+        const char* text = s->StrGet();
+        unsigned first = static_cast<unsigned char>(text[0]);
+        if (s->codeSet > 224) {
+          uint16_t unit;
+          std::memcpy(&unit, text, 2);
+          first = unit;
+        }
+        b = first == '1' ? 1 : 0;
+      });
 }
 
 void* BooleanDefault(uint32_t count, int null) {
-  if (null == 0) return DefaultFromEmptyStrings(BooleanConvertFrom, count);
-  NxBoolean* result = static_cast<NxBoolean*>(BooleanCreate(count));
-  if (result == nullptr) return nullptr;
-  for (uint32_t i = 0; i < count; ++i) result[i].SetNullValue();
-  return result;
+  return NullOrEmptyDefault<NxBoolean>(ZeroArrayCreate<NxBoolean>, BooleanConvertFrom, count, null,
+                                       [](NxBoolean& b) { b.SetNullValue(); });
 }
 
 // "TRUE" for the byte 1, the null print string for null, "FALSE" for every
@@ -178,23 +118,23 @@ void* BooleanScan(void* value, NxString& text, const char*, uint32_t) {
 
 constexpr NxTypeDesc BooleanRow() {
   NxTypeDesc row = IllegalLike("NxBoolean", 1, 1, "noop");
-  row.Create = BooleanCreate;
-  row.Delete = BooleanDelete;
+  row.Create = ZeroArrayCreate<NxBoolean>;
+  row.Delete = ZeroArrayDelete<NxBoolean>;
   row.Store = BooleanStore;
   row.Load = BooleanLoad;
-  row.NullSizeGet = BooleanNullSizeGet;
-  row.SizeGet = BooleanSizeGet;
-  row.SizeGetFromMemFile = BooleanSizeGetFromMemFile;
+  row.NullSizeGet = FixedNullSizeGet<1>;
+  row.SizeGet = FixedSizeGet<1>;
+  row.SizeGetFromMemFile = FixedSizeGetFromMemFile<1>;
   row.Compare = BooleanCompare;
   row.EvalAndBound = BooleanEvalAndBound;
   row.Hash = BooleanHash;
   row.ConvertTo = BooleanConvertTo;
   row.ConvertFrom = BooleanConvertFrom;
-  row.Constructor = BooleanConstructor;
-  row.Destructor = BooleanDestructor;
-  row.Assignment = BooleanAssignment;
-  row.Copy = BooleanAssignment;
-  row.Translate = BooleanTranslate;
+  row.Constructor = ZeroConstructor<1>;
+  row.Destructor = NoDestructor;
+  row.Assignment = ElementAssignment<unsigned char>;
+  row.Copy = ElementAssignment<unsigned char>;
+  row.Translate = RecordTranslate<BooleanLoad, BooleanStore, MoveBytes<1>>;
   row.IsNull = BooleanIsNull;
   row.SetNull = BooleanSetNull;
   row.PrintToString = BooleanPrint;

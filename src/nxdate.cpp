@@ -4,7 +4,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <type_traits>
 
+#include "nxclassrows.h"
 #include "nxdates.h"
 #include "nxkeyrows.h"
 #include "nxrows.h"
@@ -333,6 +335,14 @@ static_assert(sizeof(NxDate) == 4 && sizeof(NxTime) == 3 && sizeof(NxDateTime) =
 static_assert(sizeof(d_Date) == 4 && sizeof(d_Time) == 6 && sizeof(d_Timestamp) == 10 &&
                   sizeof(d_Interval) == 4,
               "memory lengths of the standard date rows");
+static_assert(std::is_trivially_destructible<NxDate>::value &&
+                  std::is_trivially_destructible<NxTime>::value &&
+                  std::is_trivially_destructible<NxDateTime>::value &&
+                  std::is_trivially_destructible<d_Date>::value &&
+                  std::is_trivially_destructible<d_Time>::value &&
+                  std::is_trivially_destructible<d_Timestamp>::value &&
+                  std::is_trivially_destructible<d_Interval>::value,
+              "the elements of the date rows need no destruction");
 
 // A value to copy element bytes into, made without reading the clock.
 NxDate Blank(const NxDate*) {
@@ -375,34 +385,15 @@ void Put(void* base, uint32_t i, const T& value) {
 // hidden 32-bit count and `count` elements.  Every element is
 // default-constructed, so it reads the clock.
 template <typename T>
-void* ClassCreate(uint32_t count) {
-  if (count <= 1) return new (std::nothrow) T();
-  void* block = std::malloc(kArrayHeader + size_t{count} * sizeof(T));
-  if (block == nullptr) return nullptr;
-  std::memcpy(static_cast<char*>(block) + kArrayHeader - 4, &count, 4);
-  T* elements = reinterpret_cast<T*>(static_cast<char*>(block) + kArrayHeader);
-  for (uint32_t i = 0; i < count; ++i) new (&elements[i]) T();
-  return elements;
-}
-
+constexpr NxCreateFunc ClassCreate = nxrows::ObjectArrayCreate<T>;
 template <typename T>
-void* ClassDelete(void* value, uint32_t count) {
-  if (value == nullptr) return nullptr;
-  if (count < 2) {
-    delete static_cast<T*>(value);
-    return nullptr;
-  }
-  std::free(static_cast<char*>(value) - kArrayHeader);  // the elements need no destruction
-  return nullptr;
-}
+constexpr NxDeleteFunc ClassDelete = nxrows::ObjectArrayDelete<T>;
 
 template <typename T>
 void ClassConstructor(void* memory, uint32_t count, uint32_t) {
   if (memory == nullptr) return;
   for (uint32_t i = 0; i < count; ++i) Put(memory, i, T());
 }
-
-void ClassDestructor(void*, uint32_t, uint32_t) {}
 
 // Assignment and Copy are field copies in every temporal class.
 template <typename T>
@@ -471,36 +462,6 @@ uint32_t RowLoad(void* memory, const void* disk, unsigned char format, uint32_t 
   return read;
 }
 
-template <unsigned short DiskLen>
-uint32_t RowNullSizeGet(uint32_t count) {
-  return count * DiskLen;
-}
-template <unsigned short DiskLen>
-uint32_t RowSizeGet(const void*, unsigned char, unsigned char, uint32_t count) {
-  return count * DiskLen;
-}
-template <unsigned short DiskLen>
-uint32_t RowSizeGetFromMemFile(MemFile*, unsigned char, uint32_t count) {
-  return count * DiskLen;
-}
-
-template <unsigned short MemLen, NxLoadFunc Load, NxStoreFunc Store>
-uint32_t RowTranslate(void* destination, unsigned char destinationFormat, uint32_t destinationSize,
-                      void* source, unsigned char sourceFormat, uint32_t sourceSize,
-                      uint32_t count) {
-  destinationFormat &= 0x0F;
-  const bool destinationInMemory = (destinationFormat & 8) != 0;
-  const bool sourceInMemory = (sourceFormat & 8) != 0;
-  if (destinationInMemory && sourceInMemory) {
-    const size_t bytes = size_t{count} * MemLen;
-    if (bytes != 0) std::memmove(destination, source, bytes);
-    return static_cast<uint32_t>(bytes);
-  }
-  if (destinationInMemory) return Load(destination, source, sourceFormat, count);
-  if (sourceInMemory) return Store(destination, source, destinationFormat, count);
-  return nxrows::DiskToDiskCopy(destination, destinationSize, source, sourceSize);
-}
-
 // ---------------------------------------------------------------------------
 // Conversions.  The text form is numeric: day numbers and second counts.
 
@@ -517,14 +478,10 @@ int32_t TextNumber(const NxString& text) {
 // string.
 template <typename T, bool (*Text)(const T&, NxString&)>
 NxTypeConvertData* RowConvertTo(void* value, uint32_t count) {
-  NxString* strings = static_cast<NxString*>(nxrows::stringRow.Create(count));
-  if (strings == nullptr) return nullptr;
-  for (uint32_t i = 0; i < count; ++i) {
-    if (!Text(Get<T>(value, i), strings[i])) strings[i].SetNullValue();
-  }
-  NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, strings, nullptr);
-  if (data == nullptr) nxrows::stringRow.Delete(strings, count);
-  return data;
+  return nxrows::ToStrings(nxrows::stringRow.Create, nxrows::stringRow.Delete, count,
+                           [value](NxString& string, uint32_t i) {
+                             if (!Text(Get<T>(value, i), string)) string.SetNullValue();
+                           });
 }
 
 // ConvertFrom: element i from string i; a missing or null string gives the
@@ -534,8 +491,8 @@ void* RowConvertFrom(NxTypeConvertData* data, uint32_t count) {
   void* result = ClassCreate<T>(count);
   if (result == nullptr || count == 0) return result;
   for (uint32_t i = 0; i < count; ++i) {
-    NxString* s = data != nullptr ? data->GetString(static_cast<int>(i)) : nullptr;
-    Put(result, i, (s == nullptr || s->IsNullValue()) ? Missing() : Value(*s));
+    NxString* s = nxrows::GivenString(data, i);
+    Put(result, i, s == nullptr ? Missing() : Value(*s));
   }
   return result;
 }
@@ -741,14 +698,14 @@ struct Temporal {
                        ClassDelete<T>,
                        kStore,
                        kLoad,
-                       RowNullSizeGet<DiskLen>,
-                       RowSizeGet<DiskLen>,
-                       RowSizeGetFromMemFile<DiskLen>,
+                       nxrows::FixedNullSizeGet<DiskLen>,
+                       nxrows::FixedSizeGet<DiskLen>,
+                       nxrows::FixedSizeGetFromMemFile<DiskLen>,
                        RowConvertTo<T, Text>,
                        kConvertFrom,
                        ClassConstructor<T>,
                        ClassAssignment<T>,
-                       RowTranslate<kMemLen, kLoad, kStore>,
+                       nxrows::RecordTranslate<kLoad, kStore, nxrows::MoveBytes<kMemLen>>,
                        isNull,
                        setNull,
                        print,
@@ -789,7 +746,7 @@ constexpr NxTypeDesc TemporalRow(const char* name, unsigned short memLen, const 
   row.ConvertTo = set.convertTo;
   row.ConvertFrom = set.convertFrom;
   row.Constructor = set.constructor;
-  row.Destructor = ClassDestructor;
+  row.Destructor = nxrows::NoDestructor;
   row.Assignment = set.assignment;
   row.Copy = set.assignment;
   row.Translate = set.translate;

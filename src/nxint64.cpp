@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string>
 
+#include "nxclassrows.h"
 #include "nxkeyrows.h"
 #include "nxrows.h"
 
@@ -202,72 +203,18 @@ namespace nxrows {
 
 namespace {
 
-constexpr size_t kHeader = ClassArrayHeader<NxInt64>();
-
-void* Int64Create(uint32_t count) {
-  return ClassArrayCreate(count, sizeof(NxInt64), kHeader);
-}
-
-void* Int64Delete(void* value, uint32_t count) {
-  ClassArrayDelete(value, count, kHeader);
-  return nullptr;
-}
-
-uint32_t Int64NullSizeGet(uint32_t count) {
-  return count * 8;
-}
-
-uint32_t Int64SizeGetFromMemFile(MemFile*, unsigned char, uint32_t count) {
-  return count * 8;
-}
-
-void Int64Constructor(void* memory, uint32_t count, uint32_t) {
-  if (memory != nullptr) std::memset(memory, 0, static_cast<size_t>(count) * sizeof(NxInt64));
-}
-
-void Int64Destructor(void*, uint32_t, uint32_t) {}
-
-void Int64Assignment(void* destination, void* source, uint32_t count, int broadcast) {
-  NxInt64* d = static_cast<NxInt64*>(destination);
-  const NxInt64* s = static_cast<const NxInt64*>(source);
-  for (uint32_t i = 0; i < count; ++i) d[i] = broadcast ? s[0] : s[i];
-}
-
-uint32_t Int64Translate(void* destination, unsigned char destinationFormat,
-                        uint32_t destinationSize, void* source, unsigned char sourceFormat,
-                        uint32_t sourceSize, uint32_t count) {
-  destinationFormat &= 0x0F;
-  const bool destinationInMemory = (destinationFormat & 8) != 0;
-  const bool sourceInMemory = (sourceFormat & 8) != 0;
-  if (destinationInMemory && sourceInMemory) {
-    const size_t bytes = static_cast<size_t>(count) * sizeof(NxInt64);
-    if (bytes != 0) std::memmove(destination, source, bytes);
-    return static_cast<uint32_t>(bytes);
-  }
-  if (destinationInMemory) return Int64Load(destination, source, sourceFormat, count);
-  if (sourceInMemory) return Int64Store(destination, source, destinationFormat, count);
-  return DiskToDiskCopy(destination, destinationSize, source, sourceSize);
-}
-
 NxTypeConvertData* Int64ConvertTo(void* value, uint32_t count) {
-  NxTypeDesc* strings = &stringRow;
-  NxString* texts = static_cast<NxString*>(strings->Create(count));
-  if (texts == nullptr) return nullptr;
   const NxInt64* numbers = static_cast<const NxInt64*>(value);
-  for (uint32_t i = 0; i < count; ++i) numbers[i].PrintToNxString(texts[i], nullptr);
-  NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, texts, nullptr);
-  if (data == nullptr) strings->Delete(texts, count);
-  return data;
+  return ToStrings(stringRow.Create, stringRow.Delete, count,
+                   [numbers](NxString& text, uint32_t i) {
+                     numbers[i].PrintToNxString(text, nullptr);
+                   });
 }
 
 void* Int64ConvertFrom(NxTypeConvertData* data, uint32_t count) {
-  NxInt64* result = static_cast<NxInt64*>(Int64Create(count));
-  if (result == nullptr || count == 0) return result;
-  for (uint32_t i = 0; i < count; ++i) {
-    NxString* s = data != nullptr ? data->GetString(static_cast<int>(i)) : nullptr;
-    if (s != nullptr && !s->IsNullValue()) result[i].ScanFromNxString(*s, nullptr);
-  }
-  return result;
+  return FromStrings<NxInt64>(ZeroArrayCreate<NxInt64>(count), data, count, [](NxInt64& n, NxString* s) {
+    if (s != nullptr) n.ScanFromNxString(*s, nullptr);
+  });
 }
 
 void* Int64Default(uint32_t count, int) {
@@ -276,22 +223,22 @@ void* Int64Default(uint32_t count, int) {
 
 constexpr NxTypeDesc Int64Row() {
   NxTypeDesc row = IllegalLike("NxInt64", 8, 1, "%S");
-  row.Create = Int64Create;
-  row.Delete = Int64Delete;
+  row.Create = ZeroArrayCreate<NxInt64>;
+  row.Delete = ZeroArrayDelete<NxInt64>;
   row.Store = Int64Store;
   row.Load = Int64Load;
-  row.NullSizeGet = Int64NullSizeGet;
+  row.NullSizeGet = FixedNullSizeGet<8>;
   row.SizeGet = Int64SizeGet;
-  row.SizeGetFromMemFile = Int64SizeGetFromMemFile;
+  row.SizeGetFromMemFile = FixedSizeGetFromMemFile<8>;
   row.Compare = Int64Compare;
   row.EvalAndBound = Int64EvalAndBound;
   row.ConvertTo = Int64ConvertTo;
   row.ConvertFrom = Int64ConvertFrom;
-  row.Constructor = Int64Constructor;
-  row.Destructor = Int64Destructor;
-  row.Assignment = Int64Assignment;
-  row.Copy = Int64Assignment;
-  row.Translate = Int64Translate;
+  row.Constructor = ZeroConstructor<sizeof(NxInt64)>;
+  row.Destructor = NoDestructor;
+  row.Assignment = ElementAssignment<NxInt64>;
+  row.Copy = ElementAssignment<NxInt64>;
+  row.Translate = RecordTranslate<Int64Load, Int64Store, MoveBytes<sizeof(NxInt64)>>;
   row.IsNull = NeverNull;
   row.PrintToString = Int64Print;
   row.ScanFromString = Int64Scan;

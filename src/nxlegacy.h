@@ -7,6 +7,7 @@
 #include <cstring>
 #include <new>
 
+#include "nxclassrows.h"
 #include "nxrows.h"
 #include "nxstrkeys.h"
 
@@ -155,29 +156,7 @@ template <class X>
 struct Row {
   static_assert(sizeof(X) == nxrows::kStringMemLen, "the row steps by the record");
 
-  static void* Create(uint32_t count) {
-    if (count < 2) return new (std::nothrow) X();
-    void* block = std::malloc(nxrows::kArrayHeader + static_cast<size_t>(count) * sizeof(X));
-    if (block == nullptr) return nullptr;
-    std::memcpy(static_cast<char*>(block) + nxrows::kArrayHeader - 4, &count, 4);
-    X* objects = reinterpret_cast<X*>(static_cast<char*>(block) + nxrows::kArrayHeader);
-    for (uint32_t i = 0; i < count; ++i) new (&objects[i]) X();
-    return objects;
-  }
-
-  static void* Delete(void* value, uint32_t count) {
-    if (value == nullptr) return nullptr;
-    X* objects = static_cast<X*>(value);
-    if (count < 2) {
-      delete objects;
-      return nullptr;
-    }
-    uint32_t stored;
-    std::memcpy(&stored, reinterpret_cast<char*>(objects) - 4, 4);
-    for (uint32_t i = stored; i-- > 0;) objects[i].~X();
-    std::free(reinterpret_cast<char*>(objects) - nxrows::kArrayHeader);
-    return nullptr;
-  }
+  static constexpr NxCreateFunc Create = nxrows::ObjectArrayCreate<X>;
 
   static uint32_t Store(void* disk, const void* memory, unsigned char format, uint32_t count) {
     unsigned char* out = static_cast<unsigned char*>(disk);
@@ -289,30 +268,6 @@ struct Row {
     return SizeGetWithin(at, static_cast<unsigned char>(format & ~8u), format, count, bound) + 3;
   }
 
-  static void Constructor(void* memory, uint32_t count, uint32_t) {
-    if (memory == nullptr) return;
-    X* objects = static_cast<X*>(memory);
-    for (uint32_t i = 0; i < count; ++i) new (&objects[i]) X();
-  }
-
-  static void Destructor(void* memory, uint32_t count, uint32_t) {
-    if (memory == nullptr) return;
-    X* objects = static_cast<X*>(memory);
-    for (uint32_t i = 0; i < count; ++i) objects[i].~X();
-  }
-
-  static void Assignment(void* destination, void* source, uint32_t count, int broadcast) {
-    X* d = static_cast<X*>(destination);
-    X* s = static_cast<X*>(source);
-    for (uint32_t i = 0; i < count; ++i) d[i] = broadcast ? s[0] : s[i];
-  }
-
-  static void Copy(void* destination, void* source, uint32_t count, int broadcast) {
-    X* d = static_cast<X*>(destination);
-    X* s = static_cast<X*>(source);
-    for (uint32_t i = 0; i < count; ++i) new (&d[i]) X(broadcast ? s[0] : s[i]);
-  }
-
   // A key from the first object alone: its mapped text behind the form byte
   // 0xC0 and L, the mapped bytes and the terminator.  The text is cut to
   // leave the last byte of the destination 0; a destination of 4 bytes holds
@@ -364,7 +319,7 @@ struct Row {
     const bool fromMemory = (sourceFormat & 8) != 0;
     if ((destinationFormat & 0x80) == 0) {
       if (toMemory && fromMemory) {
-        Assignment(destination, source, count, 0);
+        nxrows::ElementAssignment<X>(destination, source, count, 0);
         return nxrows::kStringMemLen * count;
       }
       if (toMemory) {
@@ -406,30 +361,22 @@ struct Row {
   // To text: a string of the native code set, with the object's bytes
   // appended as text of code set 0.
   static NxTypeConvertData* ConvertTo(void* value, uint32_t count) {
-    NxString* strings = static_cast<NxString*>(nxrows::stringRow.Create(count));
-    if (strings == nullptr) return nullptr;
     const X* objects = static_cast<const X*>(value);
-    for (uint32_t i = 0; i < count; ++i) {
-      strings[i].codeSet = NxLanguageContext::GetNativeCodeSet();
-      NxString bytes(objects[i].data);
-      bytes.codeSet = 0;
-      strings[i] += bytes;
-    }
-    NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, strings, nullptr);
-    if (data == nullptr) nxrows::stringRow.Delete(strings, count);
-    return data;
+    return nxrows::ToStrings(nxrows::stringRow.Create, nxrows::stringRow.Delete, count,
+                             [objects](NxString& string, uint32_t i) {
+                               string.codeSet = NxLanguageContext::GetNativeCodeSet();
+                               NxString bytes(objects[i].data);
+                               bytes.codeSet = 0;
+                               string += bytes;
+                             });
   }
 
   // From text: the bytes of each string; a missing or null string gives an
   // object without text.
   static void* ConvertFrom(NxTypeConvertData* data, uint32_t count) {
-    X* result = static_cast<X*>(Create(count));
-    if (result == nullptr || count == 0) return result;
-    for (uint32_t i = 0; i < count; ++i) {
-      NxString* s = data != nullptr ? data->GetString(static_cast<int>(i)) : nullptr;
-      if (s != nullptr && !s->IsNullValue()) result[i] = s->StrGet();
-    }
-    return result;
+    return nxrows::FromStrings<X>(Create(count), data, count, [](X& object, NxString* s) {
+      if (s != nullptr) object = s->StrGet();
+    });
   }
 
   static void* DefaultValue(uint32_t count, int) {
@@ -443,7 +390,7 @@ template <class X>
 constexpr NxTypeDesc MakeRow(const char* name) {
   NxTypeDesc row = nxrows::IllegalLike(name, nxrows::kStringMemLen, 0, "%s");
   row.Create = Row<X>::Create;
-  row.Delete = Row<X>::Delete;
+  row.Delete = nxrows::ObjectArrayDelete<X>;
   row.Store = Row<X>::Store;
   row.Load = Row<X>::Load;
   row.NullSizeGet = Row<X>::NullSizeGet;
@@ -451,10 +398,10 @@ constexpr NxTypeDesc MakeRow(const char* name) {
   row.SizeGetFromMemFile = Row<X>::SizeGetFromMemFile;
   row.ConvertTo = Row<X>::ConvertTo;
   row.ConvertFrom = Row<X>::ConvertFrom;
-  row.Constructor = Row<X>::Constructor;
-  row.Destructor = Row<X>::Destructor;
-  row.Assignment = Row<X>::Assignment;
-  row.Copy = Row<X>::Copy;
+  row.Constructor = nxrows::ElementConstructor<X>;
+  row.Destructor = nxrows::ElementDestructor<X>;
+  row.Assignment = nxrows::ElementAssignment<X>;
+  row.Copy = nxrows::ElementCopy<X>;
   row.Translate = Row<X>::Translate;
   row.Compare = Traits<X>::kCompare;
   row.EvalAndBound = Traits<X>::kEvalAndBound;

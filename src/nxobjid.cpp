@@ -6,6 +6,7 @@
 #include <new>
 #include <type_traits>
 
+#include "nxclassrows.h"
 #include "nxcmpwalk.h"
 #include "nxrows.h"
 
@@ -577,15 +578,11 @@ struct Row {
   static void Destructor(void*, uint32_t, uint32_t) {}
 
   static void Assignment(void* destination, void* source, uint32_t count, int broadcast) {
-    T* d = static_cast<T*>(destination);
-    const T* s = static_cast<const T*>(source);
-    for (uint32_t i = 0; i < count; ++i) d[i] = broadcast ? s[0] : s[i];
+    nxrows::ElementAssignment<T>(destination, source, count, broadcast);
   }
 
   static void Copy(void* destination, void* source, uint32_t count, int broadcast) {
-    T* d = static_cast<T*>(destination);
-    const T* s = static_cast<const T*>(source);
-    for (uint32_t i = 0; i < count; ++i) new (&d[i]) T(broadcast ? s[0] : s[i]);
+    nxrows::ElementCopy<T>(destination, source, count, broadcast);
   }
 
   static uint32_t Store(void* disk, const void* memory, unsigned char format, uint32_t count) {
@@ -606,27 +603,16 @@ struct Row {
     return count * Traits::kDiskLength;
   }
 
-  static uint32_t NullSizeGet(uint32_t count) { return count * Traits::kDiskLength; }
-  static uint32_t SizeGet(const void*, unsigned char, unsigned char, uint32_t count) {
-    return count * Traits::kDiskLength;
-  }
-  static uint32_t SizeGetFromMemFile(MemFile*, unsigned char, uint32_t count) {
-    return count * Traits::kDiskLength;
-  }
+  static constexpr NxNullSizeGetFunc NullSizeGet = nxrows::FixedNullSizeGet<Traits::kDiskLength>;
+  static constexpr NxSizeGetFunc SizeGet = nxrows::FixedSizeGet<Traits::kDiskLength>;
+  static constexpr NxSizeGetFromMemFileFunc SizeGetFromMemFile =
+      nxrows::FixedSizeGetFromMemFile<Traits::kDiskLength>;
 
   static uint32_t Translate(void* destination, unsigned char destinationFormat,
                             uint32_t destinationSize, void* source, unsigned char sourceFormat,
                             uint32_t sourceSize, uint32_t count) {
-    destinationFormat &= 0x0F;
-    const bool destinationInMemory = (destinationFormat & 8) != 0;
-    const bool sourceInMemory = (sourceFormat & 8) != 0;
-    if (destinationInMemory && sourceInMemory) {
-      Assignment(destination, source, count, 0);
-      return count * static_cast<uint32_t>(sizeof(T));
-    }
-    if (destinationInMemory) return Load(destination, source, sourceFormat, count);
-    if (sourceInMemory) return Store(destination, source, destinationFormat, count);
-    return nxrows::DiskToDiskCopy(destination, destinationSize, source, sourceSize);
+    return nxrows::RecordTranslate<Load, Store, nxrows::AssignEach<Assignment, sizeof(T)>>(
+        destination, destinationFormat, destinationSize, source, sourceFormat, sourceSize, count);
   }
 
   static int IsNull(void* value) { return Traits::IsNull(*static_cast<const T*>(value)) ? 1 : 0; }
@@ -638,43 +624,32 @@ struct Row {
   // Each element's text under the row's own default format, which the
   // conversion from text reads back; a null element gives a null string.
   static NxTypeConvertData* ConvertTo(void* value, uint32_t count) {
-    NxString* strings = static_cast<NxString*>(nxrows::stringRow.Create(count));
-    if (strings == nullptr) return nullptr;
     const T* elements = static_cast<const T*>(value);
-    for (uint32_t i = 0; i < count; ++i) {
-      if (Traits::IsNull(elements[i])) {
-        strings[i].SetNullValue();
-      } else {
-        NxString text;
-        Traits::Print(text, elements[i], Traits::kFormat);
-        strings[i] += text;
-      }
-    }
-    NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, strings, nullptr);
-    if (data == nullptr) nxrows::stringRow.Delete(strings, count);
-    return data;
+    return nxrows::ToStrings(nxrows::stringRow.Create, nxrows::stringRow.Delete, count,
+                             [elements](NxString& string, uint32_t i) {
+                               if (Traits::IsNull(elements[i])) {
+                                 string.SetNullValue();
+                               } else {
+                                 NxString text;
+                                 Traits::Print(text, elements[i], Traits::kFormat);
+                                 string += text;
+                               }
+                             });
   }
 
   // A missing or null string gives the null identifier.
   static void* ConvertFrom(NxTypeConvertData* data, uint32_t count) {
-    T* result = static_cast<T*>(Create(count));
-    if (result == nullptr || count == 0) return result;
-    for (uint32_t i = 0; i < count; ++i) {
-      NxString* s = data != nullptr ? data->GetString(static_cast<int>(i)) : nullptr;
-      if (s == nullptr || s->IsNullValue())
-        Traits::SetNull(result[i]);
+    return nxrows::FromStrings<T>(Create(count), data, count, [](T& element, NxString* s) {
+      if (s == nullptr)
+        Traits::SetNull(element);
       else
-        Traits::Scan(result[i], *s, Traits::kFormat);
-    }
-    return result;
+        Traits::Scan(element, *s, Traits::kFormat);
+    });
   }
 
   static void* DefaultValue(uint32_t count, int null) {
-    if (null == 0) return nxrows::DefaultFromEmptyStrings(ConvertFrom, count);
-    T* result = static_cast<T*>(Create(count));
-    if (result == nullptr) return nullptr;
-    for (uint32_t i = 0; i < count; ++i) Traits::SetNull(result[i]);
-    return result;
+    return nxrows::NullOrEmptyDefault<T>(Create, ConvertFrom, count, null,
+                                         [](T& element) { Traits::SetNull(element); });
   }
 
   // Memory form (the whole format 8): operator!= of the class over the

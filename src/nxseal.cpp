@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+#include "nxclassrows.h"
 #include "nxkeyrows.h"
 #include "nxrows.h"
 
@@ -54,7 +55,6 @@ namespace nxrows {
 namespace {
 
 constexpr uint32_t kDiskLength = 6;
-constexpr size_t kHeader = ClassArrayHeader<NxSeal>();
 
 // One element in disk form, and back.
 void PutSeal(unsigned char* disk, const NxSeal& seal) {
@@ -73,15 +73,6 @@ NxSeal GetSeal(const unsigned char* disk) {
   return seal;
 }
 
-void* SealCreate(uint32_t count) {
-  return ClassArrayCreate(count, sizeof(NxSeal), kHeader);
-}
-
-void* SealDelete(void* value, uint32_t count) {
-  ClassArrayDelete(value, count, kHeader);
-  return nullptr;
-}
-
 // The format does not matter: the bytes are the same in every format.
 uint32_t SealStore(void* disk, const void* memory, unsigned char, uint32_t count) {
   unsigned char* d = static_cast<unsigned char*>(disk);
@@ -95,46 +86,6 @@ uint32_t SealLoad(void* memory, const void* disk, unsigned char, uint32_t count)
   const unsigned char* s = static_cast<const unsigned char*>(disk);
   for (uint32_t i = 0; i < count; ++i) d[i] = GetSeal(s + static_cast<size_t>(i) * kDiskLength);
   return count * kDiskLength;
-}
-
-uint32_t SealNullSizeGet(uint32_t count) {
-  return count * kDiskLength;
-}
-
-uint32_t SealSizeGet(const void*, unsigned char, unsigned char, uint32_t count) {
-  return count * kDiskLength;
-}
-
-uint32_t SealSizeGetFromMemFile(MemFile*, unsigned char, uint32_t count) {
-  return count * kDiskLength;
-}
-
-void SealConstructor(void* memory, uint32_t count, uint32_t) {
-  if (memory != nullptr && count != 0)
-    std::memset(memory, 0, static_cast<size_t>(count) * sizeof(NxSeal));
-}
-
-void SealDestructor(void*, uint32_t, uint32_t) {}
-
-void SealAssignment(void* destination, void* source, uint32_t count, int broadcast) {
-  NxSeal* d = static_cast<NxSeal*>(destination);
-  const NxSeal* s = static_cast<const NxSeal*>(source);
-  for (uint32_t i = 0; i < count; ++i) d[i] = broadcast ? s[0] : s[i];
-}
-
-uint32_t SealTranslate(void* destination, unsigned char destinationFormat,
-                       uint32_t destinationSize, void* source, unsigned char sourceFormat,
-                       uint32_t sourceSize, uint32_t count) {
-  destinationFormat &= 0x0F;
-  const bool destinationInMemory = (destinationFormat & 8) != 0;
-  const bool sourceInMemory = (sourceFormat & 8) != 0;
-  if (destinationInMemory && sourceInMemory) {
-    SealAssignment(destination, source, count, 0);
-    return count * static_cast<uint32_t>(sizeof(NxSeal));
-  }
-  if (destinationInMemory) return SealLoad(destination, source, sourceFormat, count);
-  if (sourceInMemory) return SealStore(destination, source, destinationFormat, count);
-  return DiskToDiskCopy(destination, destinationSize, source, sourceSize);
 }
 
 // Memory form (the format exactly 8): operator!= element by element.  Disk
@@ -208,25 +159,17 @@ void* SealScan(void* value, NxString& text, const char*, uint32_t) {
 }
 
 NxTypeConvertData* SealConvertTo(void* value, uint32_t count) {
-  NxTypeDesc* strings = &stringRow;
-  NxString* texts = static_cast<NxString*>(strings->Create(count));
-  if (texts == nullptr) return nullptr;
   const NxSeal* seals = static_cast<const NxSeal*>(value);
-  for (uint32_t i = 0; i < count; ++i) seals[i].PrintToNxString(texts[i]);
-  NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, texts, nullptr);
-  if (data == nullptr) strings->Delete(texts, count);
-  return data;
+  return ToStrings(stringRow.Create, stringRow.Delete, count,
+                   [seals](NxString& text, uint32_t i) { seals[i].PrintToNxString(text); });
 }
 
 // A missing or null string leaves the element 0.
 void* SealConvertFrom(NxTypeConvertData* data, uint32_t count) {
-  NxSeal* result = static_cast<NxSeal*>(SealCreate(count));
-  if (result == nullptr || count == 0) return result;
-  for (uint32_t i = 0; i < count; ++i) {
-    NxString* s = data != nullptr ? data->GetString(static_cast<int>(i)) : nullptr;
-    if (s != nullptr && !s->IsNullValue()) result[i].ScanFromNxString(*s);
-  }
-  return result;
+  return FromStrings<NxSeal>(ZeroArrayCreate<NxSeal>(count), data, count,
+                             [](NxSeal& seal, NxString* s) {
+                               if (s != nullptr) seal.ScanFromNxString(*s);
+                             });
 }
 
 void* SealDefault(uint32_t count, int) {
@@ -235,23 +178,24 @@ void* SealDefault(uint32_t count, int) {
 
 constexpr NxTypeDesc SealRow() {
   NxTypeDesc row = IllegalLike("NxSeal", 6, 1, "noop");
-  row.Create = SealCreate;
-  row.Delete = SealDelete;
+  row.Create = ZeroArrayCreate<NxSeal>;
+  row.Delete = ZeroArrayDelete<NxSeal>;
   row.Store = SealStore;
   row.Load = SealLoad;
-  row.NullSizeGet = SealNullSizeGet;
-  row.SizeGet = SealSizeGet;
-  row.SizeGetFromMemFile = SealSizeGetFromMemFile;
+  row.NullSizeGet = FixedNullSizeGet<kDiskLength>;
+  row.SizeGet = FixedSizeGet<kDiskLength>;
+  row.SizeGetFromMemFile = FixedSizeGetFromMemFile<kDiskLength>;
   row.Compare = SealCompare;
   row.EvalAndBound = SealEvalAndBound;
   row.Hash = SealHash;
   row.ConvertTo = SealConvertTo;
   row.ConvertFrom = SealConvertFrom;
-  row.Constructor = SealConstructor;
-  row.Destructor = SealDestructor;
-  row.Assignment = SealAssignment;
-  row.Copy = SealAssignment;
-  row.Translate = SealTranslate;
+  row.Constructor = ZeroConstructor<sizeof(NxSeal)>;
+  row.Destructor = NoDestructor;
+  row.Assignment = ElementAssignment<NxSeal>;
+  row.Copy = ElementAssignment<NxSeal>;
+  row.Translate =
+      RecordTranslate<SealLoad, SealStore, AssignEach<ElementAssignment<NxSeal>, sizeof(NxSeal)>>;
   row.IsNull = NeverNull;
   row.PrintToString = SealPrint;
   row.ScanFromString = SealScan;

@@ -13,6 +13,7 @@
 #include <string>
 #include <type_traits>
 
+#include "nxclassrows.h"
 #include "nxcmpwalk.h"
 #include "nxinternal.h"
 #include "nxkeyrows.h"
@@ -61,22 +62,9 @@ void ScalarCopy(void* destination, void* source, uint32_t count, int broadcast) 
 }
 
 // The translation scheme shared by the fixed-width rows.
-template <uint32_t W, NxStoreFunc LoadFn, NxStoreFunc StoreFn>
-uint32_t ScalarTranslate(void* destination, unsigned char destinationFormat,
-                         uint32_t destinationSize, void* source, unsigned char sourceFormat,
-                         uint32_t sourceSize, uint32_t count) {
-  destinationFormat &= 0x0F;
-  const bool destinationInMemory = (destinationFormat & 8) != 0;
-  const bool sourceInMemory = (sourceFormat & 8) != 0;
-  if (destinationInMemory && sourceInMemory) {
-    const size_t bytes = static_cast<size_t>(count) * W;
-    if (bytes != 0) std::memmove(destination, source, bytes);
-    return static_cast<uint32_t>(bytes);
-  }
-  if (destinationInMemory) return LoadFn(destination, source, sourceFormat, count);
-  if (sourceInMemory) return StoreFn(destination, source, destinationFormat, count);
-  return nxrows::DiskToDiskCopy(destination, destinationSize, source, sourceSize);
-}
+template <uint32_t W, NxLoadFunc LoadFn, NxStoreFunc StoreFn>
+constexpr NxTranslateFunc ScalarTranslate =
+    nxrows::RecordTranslate<LoadFn, StoreFn, nxrows::MoveBytes<W>>;
 
 uint32_t ByteSizeGetFromMemFile(MemFile*, unsigned char, uint32_t count) {
   return count;
@@ -661,28 +649,20 @@ void* ByteScan(void* value, NxString& text, const char* format, uint32_t count) 
 
 namespace {
 
-// A new array of `count` default strings, from the string row's Create.
 void* StringCreate(uint32_t count);
 void* StringDelete(void* value, uint32_t count);
-NxString* NewStrings(uint32_t count) {
-  return static_cast<NxString*>(StringCreate(count));
-}
 
 // ConvertTo: string i takes the text of element i, appended to a default
-// string so that it arrives in the default code set.
+// string (from the string row's own Create) so that it arrives in the
+// default code set.
 template <typename T, typename Text>
 NxTypeConvertData* ScalarConvertTo(void* value, uint32_t count, Text text) {
-  NxString* strings = NewStrings(count);
-  if (strings == nullptr) return nullptr;
   const unsigned char* p = static_cast<const unsigned char*>(value);
-  for (uint32_t i = 0; i < count; ++i) {
+  return ToStrings(StringCreate, StringDelete, count, [p, text](NxString& string, uint32_t i) {
     T v;
     std::memcpy(&v, p + static_cast<size_t>(i) * sizeof(T), sizeof v);
-    strings[i] += text(v);
-  }
-  NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, strings, nullptr);
-  if (data == nullptr) StringDelete(strings, count);
-  return data;
+    string += text(v);
+  });
 }
 
 // ConvertFrom: element i takes the value of string i; a missing or null
@@ -788,22 +768,11 @@ void* DoubleConvertFrom(NxTypeConvertData* d, uint32_t n) {
 void* DefaultFromEmptyStrings(NxConvertFromFunc convertFrom, uint32_t count) {
   // `count` default strings in a block with a hidden element count, in a
   // carrier without a manager: this function frees them itself.
-  NxString* strings = nullptr;
-  if (count > 0) {
-    void* block = std::malloc(kArrayHeader + static_cast<size_t>(count) * sizeof(NxString));
-    if (block != nullptr) {
-      std::memcpy(static_cast<char*>(block) + kArrayHeader - 4, &count, 4);
-      strings = reinterpret_cast<NxString*>(static_cast<char*>(block) + kArrayHeader);
-      for (uint32_t i = 0; i < count; ++i) new (&strings[i]) NxString();
-    }
-  }
+  NxString* strings = count > 0 ? ObjectBlockCreate<NxString, kArrayHeader>(count) : nullptr;
   NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, strings, nullptr);
   void* result = convertFrom(data, count);
   delete data;
-  if (strings != nullptr) {
-    for (uint32_t i = count; i-- > 0;) strings[i].~NxString();
-    std::free(reinterpret_cast<char*>(strings) - kArrayHeader);
-  }
+  if (strings != nullptr) ObjectBlockDelete<NxString, kArrayHeader>(strings);
   return result;
 }
 
@@ -833,55 +802,15 @@ void* DoubleDefault(uint32_t n, int) {
 // 32-bit element count in front of element 0 from count 2 up.
 
 void* StringCreate(uint32_t count) {
-  if (count <= 1) return new (std::nothrow) NxString();
-  void* block = std::malloc(kArrayHeader + static_cast<size_t>(count) * sizeof(NxString));
-  if (block == nullptr) return nullptr;
-  std::memcpy(static_cast<char*>(block) + kArrayHeader - 4, &count, 4);
-  NxString* strings = reinterpret_cast<NxString*>(static_cast<char*>(block) + kArrayHeader);
-  for (uint32_t i = 0; i < count; ++i) new (&strings[i]) NxString();
-  return strings;
+  return ObjectArrayCreate<NxString>(count);
 }
 
 void* StringDelete(void* value, uint32_t count) {
-  if (value == nullptr) return nullptr;
-  NxString* strings = static_cast<NxString*>(value);
-  if (count < 2) {
-    delete strings;
-    return nullptr;
-  }
-  uint32_t stored;
-  std::memcpy(&stored, reinterpret_cast<char*>(strings) - 4, 4);
-  for (uint32_t i = stored; i-- > 0;) strings[i].~NxString();
-  std::free(reinterpret_cast<char*>(strings) - kArrayHeader);
-  return nullptr;
+  return ObjectArrayDelete<NxString>(value, count);
 }
 
 uint32_t StringNullSizeGet(uint32_t count) {
   return 6 * count;
-}
-
-void StringConstructor(void* memory, uint32_t count, uint32_t) {
-  if (memory == nullptr) return;
-  NxString* strings = static_cast<NxString*>(memory);
-  for (uint32_t i = 0; i < count; ++i) new (&strings[i]) NxString();
-}
-
-void StringDestructor(void* memory, uint32_t count, uint32_t) {
-  if (memory == nullptr) return;
-  NxString* strings = static_cast<NxString*>(memory);
-  for (uint32_t i = 0; i < count; ++i) strings[i].~NxString();
-}
-
-void StringAssignment(void* destination, void* source, uint32_t count, int broadcast) {
-  NxString* d = static_cast<NxString*>(destination);
-  NxString* s = static_cast<NxString*>(source);
-  for (uint32_t i = 0; i < count; ++i) d[i] = broadcast ? s[0] : s[i];
-}
-
-void StringCopy(void* destination, void* source, uint32_t count, int broadcast) {
-  NxString* d = static_cast<NxString*>(destination);
-  NxString* s = static_cast<NxString*>(source);
-  for (uint32_t i = 0; i < count; ++i) new (&d[i]) NxString(broadcast ? s[0] : s[i]);
 }
 
 int StringIsNull(void* value) {
@@ -892,39 +821,27 @@ int StringSetNull(void* value) {
 }
 
 NxTypeConvertData* StringConvertTo(void* value, uint32_t count) {
-  NxString* strings = NewStrings(count);
-  if (strings == nullptr) return nullptr;
   NxString* source = static_cast<NxString*>(value);
-  for (uint32_t i = 0; i < count; ++i) {
+  return ToStrings(StringCreate, StringDelete, count, [source](NxString& string, uint32_t i) {
     if (source[i].IsNullValue())
-      strings[i].SetNullValue();
+      string.SetNullValue();
     else
-      strings[i] += source[i];
-  }
-  NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, strings, nullptr);
-  if (data == nullptr) StringDelete(strings, count);
-  return data;
+      string += source[i];
+  });
 }
 
 void* StringConvertFrom(NxTypeConvertData* data, uint32_t count) {
-  NxString* result = static_cast<NxString*>(StringCreate(count));
-  if (result == nullptr || count == 0) return result;
-  for (uint32_t i = 0; i < count; ++i) {
-    NxString* s = data != nullptr ? data->GetString(static_cast<int>(i)) : nullptr;
-    if (s == nullptr || s->IsNullValue())
-      result[i].SetNullValue();
+  return FromStrings<NxString>(StringCreate(count), data, count, [](NxString& string, NxString* s) {
+    if (s == nullptr)
+      string.SetNullValue();
     else
-      result[i] = *s;
-  }
-  return result;
+      string = *s;
+  });
 }
 
 void* StringDefault(uint32_t count, int null) {
-  if (null == 0) return DefaultFromEmptyStrings(StringConvertFrom, count);
-  NxString* result = static_cast<NxString*>(StringCreate(count));
-  if (result == nullptr) return nullptr;
-  for (uint32_t i = 0; i < count; ++i) result[i].SetNullValue();
-  return result;
+  return NullOrEmptyDefault<NxString>(StringCreate, StringConvertFrom, count, null,
+                                      [](NxString& string) { string.SetNullValue(); });
 }
 
 }  // namespace
@@ -1861,10 +1778,10 @@ constexpr NxTypeDesc StringRow(bool current) {
   row.Translate = current ? StringTranslate : OldStringTranslate;
   row.ConvertTo = nxrows::StringConvertTo;
   row.ConvertFrom = nxrows::StringConvertFrom;
-  row.Constructor = nxrows::StringConstructor;
-  row.Destructor = nxrows::StringDestructor;
-  row.Assignment = nxrows::StringAssignment;
-  row.Copy = nxrows::StringCopy;
+  row.Constructor = nxrows::ElementConstructor<NxString>;
+  row.Destructor = nxrows::ElementDestructor<NxString>;
+  row.Assignment = nxrows::ElementAssignment<NxString>;
+  row.Copy = nxrows::ElementCopy<NxString>;
   row.DefaultValue = nxrows::StringDefault;
   row.IsNull = withNull ? nxrows::StringIsNull : nxrows::NeverNull;
   row.SetNull = withNull ? nxrows::StringSetNull : nullptr;
@@ -2102,29 +2019,8 @@ struct NullRowFunctions {
     return block;
   }
 
-  static void* Delete(void* value, uint32_t count) {
-    ClassArrayDelete(value, count, kHeader);
-    return nullptr;
-  }
-
   static void Constructor(void* memory, uint32_t count, uint32_t) {
-    if (memory == nullptr) return;
-    Element* e = static_cast<Element*>(memory);
-    for (uint32_t i = 0; i < count; ++i) new (&e[i]) Element();
-  }
-
-  static void Destructor(void*, uint32_t, uint32_t) {}
-
-  static void Assignment(void* destination, void* source, uint32_t count, int broadcast) {
-    Element* d = static_cast<Element*>(destination);
-    const Element* s = static_cast<const Element*>(source);
-    for (uint32_t i = 0; i < count; ++i) d[i] = broadcast ? s[0] : s[i];
-  }
-
-  static void Copy(void* destination, void* source, uint32_t count, int broadcast) {
-    Element* d = static_cast<Element*>(destination);
-    const Element* s = static_cast<const Element*>(source);
-    for (uint32_t i = 0; i < count; ++i) new (&d[i]) Element(broadcast ? s[0] : s[i]);
+    ElementConstructor<Element>(memory, count, 0);
   }
 
   // The values go through the value type's disk function a block at a
@@ -2229,46 +2125,28 @@ struct NullRowFunctions {
   static uint32_t Translate(void* destination, unsigned char destinationFormat,
                             uint32_t destinationSize, void* source, unsigned char sourceFormat,
                             uint32_t sourceSize, uint32_t count) {
-    destinationFormat &= 0x0F;
-    const bool destinationInMemory = (destinationFormat & 8) != 0;
-    const bool sourceInMemory = (sourceFormat & 8) != 0;
-    if (destinationInMemory && sourceInMemory) {
-      const size_t bytes = static_cast<size_t>(count) * sizeof(Element);
-      if (bytes != 0) std::memmove(destination, source, bytes);
-      return static_cast<uint32_t>(bytes);
-    }
-    if (destinationInMemory) return Load(destination, source, sourceFormat, count);
-    if (sourceInMemory) return Store(destination, source, destinationFormat, count);
-    return DiskToDiskCopy(destination, destinationSize, source, sourceSize);
+    return RecordTranslate<Load, Store, MoveBytes<sizeof(Element)>>(
+        destination, destinationFormat, destinationSize, source, sourceFormat, sourceSize, count);
   }
 
   static int IsNull(void* value) { return static_cast<Element*>(value)->isNull; }
   static int SetNull(void* value) { return static_cast<Element*>(value)->SetNullValue(); }
 
   static NxTypeConvertData* ConvertTo(void* value, uint32_t count) {
-    NxString* strings = NewStrings(count);
-    if (strings == nullptr) return nullptr;
     const Element* e = static_cast<const Element*>(value);
-    for (uint32_t i = 0; i < count; ++i) {
+    return ToStrings(StringCreate, StringDelete, count, [e](NxString& string, uint32_t i) {
       if (e[i].isNull != 0)
-        strings[i].SetNullValue();
+        string.SetNullValue();
       else
-        strings[i] += Traits::Text(e[i].value);
-    }
-    NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, strings, nullptr);
-    if (data == nullptr) StringDelete(strings, count);
-    return data;
+        string += Traits::Text(e[i].value);
+    });
   }
 
   // A missing or null string leaves the new element null.
   static void* ConvertFrom(NxTypeConvertData* data, uint32_t count) {
-    Element* result = static_cast<Element*>(Create(count));
-    if (result == nullptr || count == 0) return result;
-    for (uint32_t i = 0; i < count; ++i) {
-      NxString* s = data != nullptr ? data->GetString(static_cast<int>(i)) : nullptr;
-      if (s != nullptr && !s->IsNullValue()) result[i] = Element(Traits::FromText(*s));
-    }
-    return result;
+    return FromStrings<Element>(Create(count), data, count, [](Element& element, NxString* s) {
+      if (s != nullptr) element = Element(Traits::FromText(*s));
+    });
   }
 
   // One element: `count` is not looked at, arrays go through the manager.
@@ -2353,7 +2231,7 @@ constexpr NxTypeDesc NullScalarRow(const char* name, const char* format,
   row.EvalAndBound = evalAndBound;
   row.Hash = hash;
   row.Create = F::Create;
-  row.Delete = F::Delete;
+  row.Delete = ZeroArrayDelete<typename F::Element>;
   row.Store = F::Store;
   row.Load = F::Load;
   row.NullSizeGet = F::NullSizeGet;
@@ -2363,9 +2241,9 @@ constexpr NxTypeDesc NullScalarRow(const char* name, const char* format,
   row.ConvertTo = F::ConvertTo;
   row.ConvertFrom = F::ConvertFrom;
   row.Constructor = F::Constructor;
-  row.Destructor = F::Destructor;
-  row.Assignment = F::Assignment;
-  row.Copy = F::Copy;
+  row.Destructor = NoDestructor;
+  row.Assignment = ElementAssignment<typename F::Element>;
+  row.Copy = ElementCopy<typename F::Element>;
   row.Translate = F::Translate;
   row.IsNull = F::IsNull;
   row.SetNull = F::SetNull;
