@@ -267,7 +267,8 @@ def measure_sqlite(program: str, rows: int) -> List[str]:
         m = SQLITE_PATTERN.match(line)
         if m:
             pattern, like, plan, like_plan = m.groups()
-            index = "uses the key index" if "t_key" in plan else "scans"
+            index = ("scans" if "t_key" not in plan else
+                     "the whole key index" if pattern[0] in "*?" else "uses the key index")
             lines.append(f"| **`{pattern}`** ({index}), `LIKE '{like}'` "
                          f"({'NOCASE index' if 't_nocase' in like_plan else 'scan'}) | | | |")
             continue
