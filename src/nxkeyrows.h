@@ -4,6 +4,10 @@
 #ifndef NXTM_SRC_NXKEYROWS_H
 #define NXTM_SRC_NXKEYROWS_H
 
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+
 #include <nxtm/nxtm.h>
 
 #include "nxrows.h"
@@ -152,6 +156,48 @@ uint32_t HashWalk(uint32_t width, uint32_t length, const void* value, uint32_t c
   }
   return hash;
 }
+
+// A copy of a text closed by zero bytes, which end text of either char
+// width: on the stack up to `kLocal` bytes, beyond that from malloc.  The
+// comparators and hashes of the string rows read cut or unclosed record
+// text through it, so that no reader looks behind the bytes at hand.
+template <size_t kLocal>
+class ClosedText {
+ public:
+  ClosedText() = default;
+  ClosedText(const ClosedText&) = delete;
+  ClosedText& operator=(const ClosedText&) = delete;
+  ~ClosedText() {
+    if (heap_ != nullptr) std::free(heap_);
+  }
+
+  // A copy of `bytes` bytes of `text` followed by `zeros` zero bytes (at
+  // least 2); null when no memory could be had for it.  A new copy
+  // replaces the one before.
+  char* Copy(const unsigned char* text, size_t bytes, size_t zeros = 2) {
+    char* at = Room(bytes + zeros);
+    if (at == nullptr) return nullptr;
+    if (bytes != 0) std::memcpy(at, text, bytes);
+    std::memset(at + bytes, 0, zeros);
+    return at;
+  }
+
+ private:
+  char* Room(size_t bytes) {
+    if (heap_ != nullptr) std::free(heap_);
+    heap_ = nullptr;
+    if (bytes <= kLocal) return local_;
+    heap_ = static_cast<char*>(std::malloc(bytes));
+    if (heap_ == nullptr) {
+      NxCallMemoryHandler(static_cast<uint32_t>(bytes));
+      heap_ = static_cast<char*>(std::malloc(bytes));
+    }
+    return heap_;
+  }
+
+  char local_[kLocal];
+  char* heap_ = nullptr;
+};
 
 // ---------------------------------------------------------------------------
 // NxInt64 and the null-capable rows NxNull_char ... NxNull_NxInt64.

@@ -17,6 +17,7 @@
 
 #include <nxtm/nxtypcmp.h>
 
+#include "nxkeyrows.h"
 #include "nxlegacy.h"
 
 namespace {
@@ -34,45 +35,6 @@ constexpr unsigned char kOrderText = NxCS_ORDERS;
 inline unsigned Width(unsigned char codeSet) {
   return codeSet > 224 ? 2u : 1u;
 }
-
-// A text closed by two zero bytes, which end text of either char width: on
-// the stack up to `kLocal` bytes, beyond that from malloc.
-template <size_t kLocal>
-class Closed {
- public:
-  Closed() = default;
-  Closed(const Closed&) = delete;
-  Closed& operator=(const Closed&) = delete;
-  ~Closed() {
-    if (heap_ != nullptr) std::free(heap_);
-  }
-
-  // A copy of `bytes` bytes of `text` followed by `zeros` zero bytes (at
-  // least 2); null when no memory could be had for it.
-  char* Copy(const unsigned char* text, size_t bytes, size_t zeros = 2) {
-    char* at = Room(bytes + zeros);
-    if (at == nullptr) return nullptr;
-    if (bytes != 0) std::memcpy(at, text, bytes);
-    std::memset(at + bytes, 0, zeros);
-    return at;
-  }
-
- private:
-  char* Room(size_t bytes) {
-    if (heap_ != nullptr) std::free(heap_);
-    heap_ = nullptr;
-    if (bytes <= kLocal) return local_;
-    heap_ = static_cast<char*>(std::malloc(bytes));
-    if (heap_ == nullptr) {
-      NxCallMemoryHandler(static_cast<uint32_t>(bytes));
-      heap_ = static_cast<char*>(std::malloc(bytes));
-    }
-    return heap_;
-  }
-
-  char local_[kLocal];
-  char* heap_ = nullptr;
-};
 
 // The stated bytes of one operand.  `length` 0 means the operand is whole
 // and is trusted to be what its records say; otherwise nothing at or behind
@@ -119,7 +81,7 @@ struct StringOperand {
   int64_t textLength = 0;
   int64_t available = 0;
   int cut = 0;  // 0 whole, 1 only the closing 0xFF missing, 2 text missing
-  Closed<256> scratch;
+  nxrows::ClosedText<256> scratch;
 
   bool InOldRecord() const { return oldEnd >= 0; }
   // The stated bytes from the current position; meaningful when limited.
@@ -709,7 +671,7 @@ struct LegacyOperand {
   unsigned char form = 0;
   int64_t total = 0;
   int64_t A = 0;
-  Closed<288> scratch;
+  nxrows::ClosedText<288> scratch;
 };
 
 template <class X>

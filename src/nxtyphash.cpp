@@ -58,38 +58,7 @@ uint32_t NumberHash(unsigned char format, uint32_t length, void* value, uint32_t
 constexpr int kImpossibleCut = -2999;
 constexpr int64_t kMaxCutText = 254;
 constexpr size_t kScratch = 256;
-
-// A text copied and closed with two zero bytes, which end text of either
-// char width.  Up to kScratch bytes on the stack, beyond that from malloc.
-class ClosedText {
- public:
-  ClosedText(const unsigned char* text, size_t bytes) {
-    char* at = local_;
-    if (bytes + 2 > kScratch) {
-      heap_ = static_cast<char*>(std::malloc(bytes + 2));
-      if (heap_ == nullptr) {
-        NxCallMemoryHandler(static_cast<uint32_t>(bytes + 2));
-        heap_ = static_cast<char*>(std::malloc(bytes + 2));
-        if (heap_ == nullptr) return;
-      }
-      at = heap_;
-    }
-    std::memcpy(at, text, bytes);
-    at[bytes] = 0;
-    at[bytes + 1] = 0;
-    text_ = at;
-  }
-  ~ClosedText() { std::free(heap_); }
-  ClosedText(const ClosedText&) = delete;
-  ClosedText& operator=(const ClosedText&) = delete;
-  // The copy, or null when no memory could be had for it.
-  char* get() const { return text_; }
-
- private:
-  char local_[kScratch];
-  char* heap_ = nullptr;
-  char* text_ = nullptr;
-};
+using ClosedText = nxrows::ClosedText<kScratch>;
 
 inline unsigned CharWidth(unsigned char codeSet) {
   return codeSet > 224 ? 2u : 1u;
@@ -111,9 +80,10 @@ uint32_t TextHash(unsigned char codeSet, unsigned char language, const unsigned 
   if (hardCut) {
     // Only `available` bytes may be read: the iterator gets a closed copy of
     // them, so that looking ahead for a contraction stops at the cut.
-    ClosedText closed(text, static_cast<size_t>(available));
+    ClosedText closed;
     const short maxChars = static_cast<short>(available / width);
-    return HashString(codeSet, language, closed.get(), maxChars, form);
+    return HashString(codeSet, language, closed.Copy(text, static_cast<size_t>(available)),
+                      maxChars, form);
   }
   if (width == 1 && !bounded) {
     // 8-bit text ends in the record's own 0, which the hash stops at, as it
@@ -123,8 +93,9 @@ uint32_t TextHash(unsigned char codeSet, unsigned char language, const unsigned 
   }
   // A 16-bit text needs a 16-bit zero behind it, which a record doesn't have.
   // (And a record that may be cut is not read behind its text.)
-  ClosedText closed(text, static_cast<size_t>(textLength));
-  if (closed.get() != nullptr) return HashString(codeSet, language, closed.get(), -1, form);
+  ClosedText closed;
+  if (char* copy = closed.Copy(text, static_cast<size_t>(textLength)))
+    return HashString(codeSet, language, copy, -1, form);
   // No memory for the copy (and a memory handler that returned): the text
   // is read where it stands, counted by characters.
   return HashString(codeSet, language, reinterpret_cast<char*>(const_cast<unsigned char*>(text)),
