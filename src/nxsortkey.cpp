@@ -472,16 +472,7 @@ namespace {
 
 constexpr uint32_t kKeyHeader = 4;
 
-// A 16-bit field by the byte order of the format, as Elements::Unit reads.
-inline unsigned short KeyUnit(const unsigned char* at, unsigned char byteOrder) {
-  if (byteOrder == 8) {
-    unsigned short unit;
-    std::memcpy(&unit, at, sizeof unit);
-    return unit;
-  }
-  if (byteOrder == 2) return static_cast<unsigned short>((at[0] << 8) | at[1]);
-  return static_cast<unsigned short>(at[0] | (at[1] << 8));
-}
+using detail::collation::UnitAt;
 
 }  // namespace
 
@@ -492,14 +483,14 @@ uint32_t NxStrSortKeyFirstLevelFromKey(const void* record, uint32_t length, unsi
   const unsigned char byteOrder = static_cast<unsigned char>(format & 0x0F);
   // A whole record ends its orders at its length field; a cut one, whose
   // field says more than there is, at the bytes at hand.
-  uint32_t end = KeyUnit(r, byteOrder);
+  uint32_t end = UnitAt(r, byteOrder);
   if (end > length) end = length;
   const unsigned char state = r[3] & 0x7F;
   const bool exact = (cmpOp & NxCMP_EXACT) != 0;
   const Out out{key, key != nullptr ? size : 0};
   uint32_t written = 0;
   for (uint32_t at = kKeyHeader; at + 2 <= end; at += 2) {
-    const unsigned short order = KeyUnit(r + at, byteOrder);
+    const unsigned short order = UnitAt(r + at, byteOrder);
     if (order == 0) break;
     // Spaces and symbols of the low states never reach the first level.
     if (!exact && order < kFirstDigit && state < kUnknownState) continue;
