@@ -332,10 +332,7 @@ T NumberOfBytes(const NxBlobData* data, Read read) {
   return value;
 }
 
-int32_t Atol32(const char* text) {
-  const long long v = std::strtoll(text, nullptr, 10);
-  return v > INT32_MAX ? INT32_MAX : (v < INT32_MIN ? INT32_MIN : static_cast<int32_t>(v));
-}
+using nxrows::Atol32;
 
 }  // namespace
 

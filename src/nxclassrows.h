@@ -4,6 +4,7 @@
 #ifndef NXTM_SRC_NXCLASSROWS_H
 #define NXTM_SRC_NXCLASSROWS_H
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -173,6 +174,16 @@ NxTypeConvertData* ToStrings(NxCreateFunc create, NxDeleteFunc destroy, uint32_t
   NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, strings, nullptr);
   if (data == nullptr) destroy(strings, count);
   return data;
+}
+
+// atol as with a 32-bit long: decimal, out-of-range values saturate at the
+// 32-bit limits; a null text reads as 0.
+inline int32_t Atol32(const char* text) {
+  if (text == nullptr) return 0;
+  const long long value = std::strtoll(text, nullptr, 10);
+  if (value > INT32_MAX) return INT32_MAX;
+  if (value < INT32_MIN) return INT32_MIN;
+  return static_cast<int32_t>(value);
 }
 
 // The string that `data` holds for element `i`, or null when it has none or

@@ -265,14 +265,6 @@ char* Number(const char* format, ...) {
   return text;
 }
 
-int32_t Atol32(const char* data) {
-  if (data == nullptr) return 0;
-  const long long value = std::strtoll(data, nullptr, 10);
-  if (value > INT32_MAX) return INT32_MAX;
-  if (value < INT32_MIN) return INT32_MIN;
-  return static_cast<int32_t>(value);
-}
-
 }  // namespace legacy
 
 int32_t LegacyCompare(const char* s1, const char* s2, unsigned short limit, unsigned char form1,

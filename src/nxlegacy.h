@@ -97,8 +97,7 @@ void Cut(char*& data, unsigned short position, unsigned short count);
 char* Part(const char* data, unsigned short position, unsigned short count);
 // The text of a number through a printf format.
 char* Number(const char* format, ...) __attribute__((format(printf, 1, 2)));
-// atol as with a 32-bit long: out-of-range values saturate.
-int32_t Atol32(const char* data);
+using nxrows::Atol32;
 
 // The value classes' own operations, on either class.
 template <class X>
