@@ -1,6 +1,7 @@
 // Slot functions that the rows of class types share: arrays with a hidden
 // element count, element loops, the translation scheme of rows with a fixed
-// disk length, and conversion to and from text.  Not installed.
+// disk length, conversion to and from text, and 16-bit fields in the byte
+// order of a format.  Not installed.
 #ifndef NXTM_SRC_NXCLASSROWS_H
 #define NXTM_SRC_NXCLASSROWS_H
 
@@ -13,6 +14,21 @@
 #include "nxrows.h"
 
 namespace nxrows {
+
+// 16-bit fields in the byte order of a format: 2 most significant byte
+// first, any other low value least significant byte first.
+inline uint32_t Get16(const unsigned char* at, unsigned char format) {
+  return (format & 0x0F) == 2 ? (uint32_t{at[0]} << 8) | at[1] : at[0] | (uint32_t{at[1]} << 8);
+}
+inline void Put16(unsigned char* at, uint32_t value, unsigned char format) {
+  if ((format & 0x0F) == 2) {
+    at[0] = static_cast<unsigned char>(value >> 8);
+    at[1] = static_cast<unsigned char>(value);
+  } else {
+    at[0] = static_cast<unsigned char>(value);
+    at[1] = static_cast<unsigned char>(value >> 8);
+  }
+}
 
 // ---------------------------------------------------------------------------
 // Arrays of constructed objects.  A block holds `Header` bytes in front of

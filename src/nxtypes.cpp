@@ -877,20 +877,8 @@ inline bool MemoryForm(unsigned char format) {
   return (format & 8) != 0;
 }
 
-// 16-bit fields in the byte order of a format: 2 most significant byte
-// first, any other low value least significant byte first.
-inline uint32_t Get16(const unsigned char* at, unsigned char format) {
-  return (format & 0x0F) == 2 ? (uint32_t{at[0]} << 8) | at[1] : at[0] | (uint32_t{at[1]} << 8);
-}
-inline void Put16(unsigned char* at, uint32_t value, unsigned char format) {
-  if ((format & 0x0F) == 2) {
-    at[0] = static_cast<unsigned char>(value >> 8);
-    at[1] = static_cast<unsigned char>(value);
-  } else {
-    at[0] = static_cast<unsigned char>(value);
-    at[1] = static_cast<unsigned char>(value >> 8);
-  }
-}
+using nxrows::Get16;
+using nxrows::Put16;
 
 // The bytes of a source whose size the caller states.  Reads behind the end
 // give 0, so that Translate never reads past what it was handed.
