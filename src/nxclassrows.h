@@ -192,6 +192,27 @@ NxTypeConvertData* ToStrings(NxCreateFunc create, NxDeleteFunc destroy, uint32_t
   return data;
 }
 
+// The 8-bit text that a scan reads: 16-bit text through a copy recoded into
+// the default 8-bit code set, 8-bit text as it stands.
+class EightBitText {
+ public:
+  explicit EightBitText(const NxString& source) : text_(&source) {
+    if (source.codeSet > 224) {
+      copy_ += source;
+      text_ = &copy_;
+    }
+  }
+  EightBitText(const EightBitText&) = delete;
+  EightBitText& operator=(const EightBitText&) = delete;
+
+  const char* c_str() const { return text_->StrGet(); }
+  size_t length() const { return text_->Len(); }
+
+ private:
+  NxString copy_{NxString::GetDefault8CodeSet(), NxString::GetDefaultLanguage()};
+  const NxString* text_;
+};
+
 // atol as with a 32-bit long: decimal, out-of-range values saturate at the
 // 32-bit limits; a null text reads as 0.
 inline int32_t Atol32(const char* text) {

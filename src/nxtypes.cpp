@@ -1858,14 +1858,8 @@ NxTypeDesc dIntervalRow = IntervalRow();
 // packed form of one element is the front of its memory element.
 
 bool StartsWithNullPrintString(const char* text) {
-  const NxString& null = detail::nullPrintString;
-  NxString narrow(NxString::GetDefault8CodeSet(), NxString::GetDefaultLanguage());
-  const char* mark = null.StrGet();
-  if (null.codeSet > 224) {
-    narrow += null;
-    mark = narrow.StrGet();
-  }
-  return std::strncmp(text, mark, std::strlen(mark)) == 0;
+  const EightBitText null(detail::nullPrintString);
+  return std::strncmp(text, null.c_str(), std::strlen(null.c_str())) == 0;
 }
 
 namespace {
