@@ -582,24 +582,10 @@ NxString& DoublePrint(NxString& result, void* value, const char* format, uint32_
   return result;
 }
 
-// The 8-bit text that a scan reads: 16-bit text is recoded into a default
-// string first.
-struct ScanText {
-  explicit ScanText(NxString& text) : source(&text) {
-    if (text.codeSet > 224) {
-      copy += text;
-      source = &copy;
-    }
-  }
-  const char* c_str() const { return source->StrGet(); }
-  NxString copy;
-  const NxString* source;
-};
-
 template <size_t W>
 void* PlainScan(void* value, NxString& text, const char* format, uint32_t) {
   if (value == nullptr) return nullptr;
-  ScanText input(text);
+  const EightBitText input(text);
   ScanTarget target{value, W, 0};
   ScanArguments(input.c_str(), format, &target, 1);
   return value;
@@ -607,7 +593,7 @@ void* PlainScan(void* value, NxString& text, const char* format, uint32_t) {
 
 void* DoubleScan(void* value, NxString& text, const char* format, uint32_t) {
   if (value == nullptr) return nullptr;
-  ScanText input(text);
+  const EightBitText input(text);
   if (IsPortableFormat(format)) {
     double fraction = 0.0;
     int exponent = 0;
@@ -628,7 +614,7 @@ void* DoubleScan(void* value, NxString& text, const char* format, uint32_t) {
 
 void* ByteScan(void* value, NxString& text, const char* format, uint32_t count) {
   if (value == nullptr) return nullptr;
-  ScanText input(text);
+  const EightBitText input(text);
   const char* p = input.c_str();
   unsigned char* element = static_cast<unsigned char*>(value);
   for (uint32_t i = 0; i < count && *p != '\0'; ++i, ++p, ++element) {
