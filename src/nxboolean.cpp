@@ -100,8 +100,7 @@ void* BooleanScan(void* value, NxString& text, const char*, uint32_t) {
   const EightBitText narrow(text);
   const char* input = narrow.c_str();
   NxBoolean& b = *static_cast<NxBoolean*>(value);
-  const char* null = detail::nullPrintString.StrGet();
-  if (std::strncmp(input, null, std::strlen(null)) == 0) {
+  if (StartsWithNullPrintString(input)) {
     b.SetNullValue();
     return value;
   }
