@@ -230,9 +230,7 @@ using nxrows::EightBitText;
 bool ScanNumbers(const NxString& input, const TextLayout& layout, const char* format,
                  uint32_t* numbers) {
   const EightBitText text(input);
-  const EightBitText null(NxTypeMgr::GetNullPrintString());
-  if (null.length() <= text.length() && std::memcmp(text.c_str(), null.c_str(), null.length()) == 0)
-    return true;
+  if (nxrows::StartsWithNullPrintString(text.c_str())) return true;
   ReadNumbers(text.c_str(), text.length(), layout, format, numbers);
   return false;
 }
