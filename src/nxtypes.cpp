@@ -1340,7 +1340,6 @@ uint32_t KeyRecords(unsigned char* out, unsigned char format, uint32_t room, con
                     unsigned char output) {
   const bool fromMemory = MemoryForm(sourceFormat);
   const unsigned char readFormat = sourceFormat & 0x0F;
-  const bool msbFirst = (format & 0x0F) == 2;
   const uint32_t width = CharWidth(output);
   const Stated in{static_cast<const unsigned char*>(source), sourceSize};
   KeyText text;
@@ -1395,8 +1394,7 @@ uint32_t KeyRecords(unsigned char* out, unsigned char format, uint32_t room, con
           state = reader.state;
         }
       }
-      at[0] = static_cast<unsigned char>(msbFirst ? order >> 8 : order);
-      at[1] = static_cast<unsigned char>(msbFirst ? order : order >> 8);
+      Put16(at, order, format);
       at += 2;
       ++written;
       if (order == 0) {
