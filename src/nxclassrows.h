@@ -30,6 +30,18 @@ inline void Put16(unsigned char* at, uint32_t value, unsigned char format) {
   }
 }
 
+// A buffer from malloc; the memory handler is called until one comes (it
+// throws when no memory is left).  0 bytes asks for 1.
+inline void* MallocOrHandle(size_t bytes) {
+  if (bytes == 0) bytes = 1;
+  void* memory = std::malloc(bytes);
+  while (memory == nullptr) {
+    NxCallMemoryHandler(static_cast<uint32_t>(bytes));
+    memory = std::malloc(bytes);
+  }
+  return memory;
+}
+
 // ---------------------------------------------------------------------------
 // Arrays of constructed objects.  A block holds `Header` bytes in front of
 // element 0, the hidden 32-bit element count in the last four of them, and

@@ -74,12 +74,7 @@ int32_t PlainCompare(const char* a, const char* b, uint32_t limit) {
 }
 
 char* Allocate(size_t bytes) {
-  void* memory = std::malloc(bytes);
-  while (memory == nullptr) {
-    NxCallMemoryHandler(static_cast<uint32_t>(bytes));
-    memory = std::malloc(bytes);
-  }
-  return static_cast<char*>(memory);
+  return static_cast<char*>(nxrows::MallocOrHandle(bytes));
 }
 
 }  // namespace

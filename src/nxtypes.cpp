@@ -921,16 +921,8 @@ void CopyText(void* to, const void* from, uint32_t bytes, uint32_t width, unsign
     std::memcpy(to, from, bytes);
 }
 
-// A buffer from malloc; the memory handler is called until one comes (it
-// throws when no memory is left).
 unsigned char* Buffer(size_t bytes) {
-  if (bytes == 0) bytes = 1;
-  void* memory = std::malloc(bytes);
-  while (memory == nullptr) {
-    NxCallMemoryHandler(static_cast<uint32_t>(bytes));
-    memory = std::malloc(bytes);
-  }
-  return static_cast<unsigned char*>(memory);
+  return static_cast<unsigned char*>(nxrows::MallocOrHandle(bytes));
 }
 
 // Gives an emptied string the `bytes` bytes of record text at `text`, closed
