@@ -332,10 +332,7 @@ T NumberOfBytes(const NxBlobData* data, Read read) {
   return value;
 }
 
-int32_t Atol32(const char* text) {
-  const long long v = std::strtoll(text, nullptr, 10);
-  return v > INT32_MAX ? INT32_MAX : (v < INT32_MIN ? INT32_MIN : static_cast<int32_t>(v));
-}
+using nxrows::Atol32;
 
 }  // namespace
 
@@ -515,13 +512,7 @@ NxString& BlobPrint(NxString& result, void* value, const char* format, uint32_t)
 // of the text does anything, and makes the blob null.
 void* BlobScan(void* value, NxString& text, const char*, uint32_t) {
   if (value == nullptr) return nullptr;
-  NxString narrow(NxString::GetDefault8CodeSet(), NxString::GetDefaultLanguage());
-  const char* input = text.StrGet();
-  if (text.codeSet > 224) {
-    narrow += text;
-    input = narrow.StrGet();
-  }
-  if (StartsWithNullPrintString(input)) Blobs(value)->SetNullValue();
+  if (StartsWithNullPrintString(EightBitText(text).c_str())) Blobs(value)->SetNullValue();
   return value;
 }
 

@@ -97,15 +97,10 @@ NxString& BooleanPrint(NxString& result, void* value, const char*, uint32_t) {
 // "T", "t", "TRUE", "true" or "1"; false for anything else.  Takes no format.
 void* BooleanScan(void* value, NxString& text, const char*, uint32_t) {
   if (value == nullptr) return nullptr;
-  NxString narrow(NxString::GetDefault8CodeSet(), NxString::GetDefaultLanguage());
-  const char* input = text.StrGet();
-  if (text.codeSet > 224) {
-    narrow += text;
-    input = narrow.StrGet();
-  }
+  const EightBitText narrow(text);
+  const char* input = narrow.c_str();
   NxBoolean& b = *static_cast<NxBoolean*>(value);
-  const char* null = detail::nullPrintString.StrGet();
-  if (std::strncmp(input, null, std::strlen(null)) == 0) {
+  if (StartsWithNullPrintString(input)) {
     b.SetNullValue();
     return value;
   }

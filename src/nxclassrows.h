@@ -1,9 +1,11 @@
 // Slot functions that the rows of class types share: arrays with a hidden
 // element count, element loops, the translation scheme of rows with a fixed
-// disk length, and conversion to and from text.  Not installed.
+// disk length, conversion to and from text, and 16-bit fields in the byte
+// order of a format.  Not installed.
 #ifndef NXTM_SRC_NXCLASSROWS_H
 #define NXTM_SRC_NXCLASSROWS_H
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -12,6 +14,33 @@
 #include "nxrows.h"
 
 namespace nxrows {
+
+// 16-bit fields in the byte order of a format: 2 most significant byte
+// first, any other low value least significant byte first.
+inline uint32_t Get16(const unsigned char* at, unsigned char format) {
+  return (format & 0x0F) == 2 ? (uint32_t{at[0]} << 8) | at[1] : at[0] | (uint32_t{at[1]} << 8);
+}
+inline void Put16(unsigned char* at, uint32_t value, unsigned char format) {
+  if ((format & 0x0F) == 2) {
+    at[0] = static_cast<unsigned char>(value >> 8);
+    at[1] = static_cast<unsigned char>(value);
+  } else {
+    at[0] = static_cast<unsigned char>(value);
+    at[1] = static_cast<unsigned char>(value >> 8);
+  }
+}
+
+// A buffer from malloc; the memory handler is called until one comes (it
+// throws when no memory is left).  0 bytes asks for 1.
+inline void* MallocOrHandle(size_t bytes) {
+  if (bytes == 0) bytes = 1;
+  void* memory = std::malloc(bytes);
+  while (memory == nullptr) {
+    NxCallMemoryHandler(static_cast<uint32_t>(bytes));
+    memory = std::malloc(bytes);
+  }
+  return memory;
+}
 
 // ---------------------------------------------------------------------------
 // Arrays of constructed objects.  A block holds `Header` bytes in front of
@@ -173,6 +202,37 @@ NxTypeConvertData* ToStrings(NxCreateFunc create, NxDeleteFunc destroy, uint32_t
   NxTypeConvertData* data = NxTypeConvertData::Make(NxTYPE_NxString, count, strings, nullptr);
   if (data == nullptr) destroy(strings, count);
   return data;
+}
+
+// The 8-bit text that a scan reads: 16-bit text through a copy recoded into
+// the default 8-bit code set, 8-bit text as it stands.
+class EightBitText {
+ public:
+  explicit EightBitText(const NxString& source) : text_(&source) {
+    if (source.codeSet > 224) {
+      copy_ += source;
+      text_ = &copy_;
+    }
+  }
+  EightBitText(const EightBitText&) = delete;
+  EightBitText& operator=(const EightBitText&) = delete;
+
+  const char* c_str() const { return text_->StrGet(); }
+  size_t length() const { return text_->Len(); }
+
+ private:
+  NxString copy_{NxString::GetDefault8CodeSet(), NxString::GetDefaultLanguage()};
+  const NxString* text_;
+};
+
+// atol as with a 32-bit long: decimal, out-of-range values saturate at the
+// 32-bit limits; a null text reads as 0.
+inline int32_t Atol32(const char* text) {
+  if (text == nullptr) return 0;
+  const long long value = std::strtoll(text, nullptr, 10);
+  if (value > INT32_MAX) return INT32_MAX;
+  if (value < INT32_MIN) return INT32_MIN;
+  return static_cast<int32_t>(value);
 }
 
 // The string that `data` holds for element `i`, or null when it has none or

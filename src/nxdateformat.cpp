@@ -13,6 +13,7 @@
 #include <cstring>
 #include <string>
 
+#include "nxclassrows.h"
 #include "nxdates.h"
 #include "nxrows.h"
 
@@ -175,19 +176,11 @@ int ScanName(Input& in, const char* const* names, int count) {
 
 void* nxdates::EngineScan(void* value, NxString& text, const char* format, uint32_t) {
   if (value == nullptr) return nullptr;
-  // 16-bit text is read through an 8-bit copy; so is the null print string.
-  NxString narrow(NxString::GetDefault8CodeSet(), NxString::GetDefaultLanguage());
-  const NxString* source = &text;
-  if (text.codeSet > 224) {
-    narrow += text;
-    source = &narrow;
-  }
-  Input in{source->StrGet(), std::strlen(source->StrGet()), 0};
+  // 16-bit text is read through an 8-bit copy.
+  const nxrows::EightBitText source(text);
+  Input in{source.c_str(), std::strlen(source.c_str()), 0};
 
-  NxString nullText(NxString::GetDefault8CodeSet(), NxString::GetDefaultLanguage());
-  nullText += NxTypeMgr::GetNullPrintString();
-  const size_t nullLength = std::strlen(nullText.StrGet());
-  if (std::strncmp(in.text, nullText.StrGet(), nullLength) == 0) {
+  if (nxrows::StartsWithNullPrintString(in.text)) {
     NxDateTime record(NxDate(0, 0, 0), NxTime(0, 0, 0));
     record.SetNullValue();
     Save(value, record);

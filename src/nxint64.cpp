@@ -113,12 +113,8 @@ NxString& NxInt64::PrintToNxString(NxString& result, const char* format) const {
 
 NxInt64& NxInt64::ScanFromNxString(const NxString& input, const char* format) {
   if (format == nullptr) format = "%S";
-  NxString narrow(NxString::GetDefault8CodeSet(), NxString::GetDefaultLanguage());
-  const char* in = input.StrGet();
-  if (input.codeSet > 224) {
-    narrow += input;  // recoded into the default 8-bit code set
-    in = narrow.StrGet();
-  }
+  const nxrows::EightBitText text(input);
+  const char* in = text.c_str();
   if (*format == '\0' || *in == '\0') return *this;
   const char* f = format;
   for (;;) {

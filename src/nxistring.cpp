@@ -74,12 +74,7 @@ int32_t PlainCompare(const char* a, const char* b, uint32_t limit) {
 }
 
 char* Allocate(size_t bytes) {
-  void* memory = std::malloc(bytes);
-  while (memory == nullptr) {
-    NxCallMemoryHandler(static_cast<uint32_t>(bytes));
-    memory = std::malloc(bytes);
-  }
-  return static_cast<char*>(memory);
+  return static_cast<char*>(nxrows::MallocOrHandle(bytes));
 }
 
 }  // namespace
@@ -263,14 +258,6 @@ char* Number(const char* format, ...) {
   }
   va_end(again);
   return text;
-}
-
-int32_t Atol32(const char* data) {
-  if (data == nullptr) return 0;
-  const long long value = std::strtoll(data, nullptr, 10);
-  if (value > INT32_MAX) return INT32_MAX;
-  if (value < INT32_MIN) return INT32_MIN;
-  return static_cast<int32_t>(value);
 }
 
 }  // namespace legacy

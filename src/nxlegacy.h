@@ -97,8 +97,7 @@ void Cut(char*& data, unsigned short position, unsigned short count);
 char* Part(const char* data, unsigned short position, unsigned short count);
 // The text of a number through a printf format.
 char* Number(const char* format, ...) __attribute__((format(printf, 1, 2)));
-// atol as with a 32-bit long: out-of-range values saturate.
-int32_t Atol32(const char* data);
+using nxrows::Atol32;
 
 // The value classes' own operations, on either class.
 template <class X>
@@ -139,18 +138,8 @@ struct Traits<NxCaseIString> {
   static const ByteMap& Map() { return kCaseIStringMap; }
 };
 
-inline uint32_t Get16(const unsigned char* at, unsigned char format) {
-  return (format & 0x0F) == 2 ? (uint32_t{at[0]} << 8) | at[1] : at[0] | (uint32_t{at[1]} << 8);
-}
-inline void Put16(unsigned char* at, uint32_t value, unsigned char format) {
-  if ((format & 0x0F) == 2) {
-    at[0] = static_cast<unsigned char>(value >> 8);
-    at[1] = static_cast<unsigned char>(value);
-  } else {
-    at[0] = static_cast<unsigned char>(value);
-    at[1] = static_cast<unsigned char>(value >> 8);
-  }
-}
+using nxrows::Get16;
+using nxrows::Put16;
 
 template <class X>
 struct Row {

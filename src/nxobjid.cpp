@@ -223,30 +223,15 @@ void ReadNumbers(const char* text, size_t length, const TextLayout& layout, cons
   }
 }
 
-// 16-bit text is read through an 8-bit copy.
-struct EightBitText {
-  explicit EightBitText(const NxString& source) : text(&source) {
-    if (source.codeSet > 224) {
-      copy = NxString(NxString::GetDefault8CodeSet(), NxString::GetDefaultLanguage());
-      copy += source;
-      text = &copy;
-    }
-  }
-  const char* chars() const { return text->StrGet(); }
-  size_t length() const { return text->Len(); }
-  NxString copy;
-  const NxString* text;
-};
+using nxrows::EightBitText;
 
 // Scans `input`: true when it begins with the null print string, else false
 // with the numbers read under `format`.
 bool ScanNumbers(const NxString& input, const TextLayout& layout, const char* format,
                  uint32_t* numbers) {
   const EightBitText text(input);
-  const EightBitText null(NxTypeMgr::GetNullPrintString());
-  if (null.length() <= text.length() && std::memcmp(text.chars(), null.chars(), null.length()) == 0)
-    return true;
-  ReadNumbers(text.chars(), text.length(), layout, format, numbers);
+  if (nxrows::StartsWithNullPrintString(text.c_str())) return true;
+  ReadNumbers(text.c_str(), text.length(), layout, format, numbers);
   return false;
 }
 

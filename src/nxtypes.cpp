@@ -582,24 +582,10 @@ NxString& DoublePrint(NxString& result, void* value, const char* format, uint32_
   return result;
 }
 
-// The 8-bit text that a scan reads: 16-bit text is recoded into a default
-// string first.
-struct ScanText {
-  explicit ScanText(NxString& text) : source(&text) {
-    if (text.codeSet > 224) {
-      copy += text;
-      source = &copy;
-    }
-  }
-  const char* c_str() const { return source->StrGet(); }
-  NxString copy;
-  const NxString* source;
-};
-
 template <size_t W>
 void* PlainScan(void* value, NxString& text, const char* format, uint32_t) {
   if (value == nullptr) return nullptr;
-  ScanText input(text);
+  const EightBitText input(text);
   ScanTarget target{value, W, 0};
   ScanArguments(input.c_str(), format, &target, 1);
   return value;
@@ -607,7 +593,7 @@ void* PlainScan(void* value, NxString& text, const char* format, uint32_t) {
 
 void* DoubleScan(void* value, NxString& text, const char* format, uint32_t) {
   if (value == nullptr) return nullptr;
-  ScanText input(text);
+  const EightBitText input(text);
   if (IsPortableFormat(format)) {
     double fraction = 0.0;
     int exponent = 0;
@@ -628,7 +614,7 @@ void* DoubleScan(void* value, NxString& text, const char* format, uint32_t) {
 
 void* ByteScan(void* value, NxString& text, const char* format, uint32_t count) {
   if (value == nullptr) return nullptr;
-  ScanText input(text);
+  const EightBitText input(text);
   const char* p = input.c_str();
   unsigned char* element = static_cast<unsigned char*>(value);
   for (uint32_t i = 0; i < count && *p != '\0'; ++i, ++p, ++element) {
@@ -877,20 +863,8 @@ inline bool MemoryForm(unsigned char format) {
   return (format & 8) != 0;
 }
 
-// 16-bit fields in the byte order of a format: 2 most significant byte
-// first, any other low value least significant byte first.
-inline uint32_t Get16(const unsigned char* at, unsigned char format) {
-  return (format & 0x0F) == 2 ? (uint32_t{at[0]} << 8) | at[1] : at[0] | (uint32_t{at[1]} << 8);
-}
-inline void Put16(unsigned char* at, uint32_t value, unsigned char format) {
-  if ((format & 0x0F) == 2) {
-    at[0] = static_cast<unsigned char>(value >> 8);
-    at[1] = static_cast<unsigned char>(value);
-  } else {
-    at[0] = static_cast<unsigned char>(value);
-    at[1] = static_cast<unsigned char>(value >> 8);
-  }
-}
+using nxrows::Get16;
+using nxrows::Put16;
 
 // The bytes of a source whose size the caller states.  Reads behind the end
 // give 0, so that Translate never reads past what it was handed.
@@ -947,16 +921,8 @@ void CopyText(void* to, const void* from, uint32_t bytes, uint32_t width, unsign
     std::memcpy(to, from, bytes);
 }
 
-// A buffer from malloc; the memory handler is called until one comes (it
-// throws when no memory is left).
 unsigned char* Buffer(size_t bytes) {
-  if (bytes == 0) bytes = 1;
-  void* memory = std::malloc(bytes);
-  while (memory == nullptr) {
-    NxCallMemoryHandler(static_cast<uint32_t>(bytes));
-    memory = std::malloc(bytes);
-  }
-  return static_cast<unsigned char*>(memory);
+  return static_cast<unsigned char*>(nxrows::MallocOrHandle(bytes));
 }
 
 // Gives an emptied string the `bytes` bytes of record text at `text`, closed
@@ -1366,7 +1332,6 @@ uint32_t KeyRecords(unsigned char* out, unsigned char format, uint32_t room, con
                     unsigned char output) {
   const bool fromMemory = MemoryForm(sourceFormat);
   const unsigned char readFormat = sourceFormat & 0x0F;
-  const bool msbFirst = (format & 0x0F) == 2;
   const uint32_t width = CharWidth(output);
   const Stated in{static_cast<const unsigned char*>(source), sourceSize};
   KeyText text;
@@ -1421,8 +1386,7 @@ uint32_t KeyRecords(unsigned char* out, unsigned char format, uint32_t room, con
           state = reader.state;
         }
       }
-      at[0] = static_cast<unsigned char>(msbFirst ? order >> 8 : order);
-      at[1] = static_cast<unsigned char>(msbFirst ? order : order >> 8);
+      Put16(at, order, format);
       at += 2;
       ++written;
       if (order == 0) {
@@ -1870,14 +1834,8 @@ NxTypeDesc dIntervalRow = IntervalRow();
 // packed form of one element is the front of its memory element.
 
 bool StartsWithNullPrintString(const char* text) {
-  const NxString& null = detail::nullPrintString;
-  NxString narrow(NxString::GetDefault8CodeSet(), NxString::GetDefaultLanguage());
-  const char* mark = null.StrGet();
-  if (null.codeSet > 224) {
-    narrow += null;
-    mark = narrow.StrGet();
-  }
-  return std::strncmp(text, mark, std::strlen(mark)) == 0;
+  const EightBitText null(detail::nullPrintString);
+  return std::strncmp(text, null.c_str(), std::strlen(null.c_str())) == 0;
 }
 
 namespace {
