@@ -112,6 +112,11 @@ TEST_F(BooleanRow, PrintAndScan) {
   EXPECT_EQ(mgr.ScanFromNxString(NxTYPE_NxBoolean, nullptr, nothing, nullptr, 1), nullptr);
   NxTypeMgr::SetNullPrintString(NxString(""));  // an empty null text matches every input
   EXPECT_EQ(Read("TRUE", 0), 255);
+  // A 16-bit null text is compared whole: "No" is not "NULL".
+  const unsigned short nullWide[] = {'N', 'U', 'L', 'L', 0};
+  NxTypeMgr::SetNullPrintString(NxString(nullWide));
+  EXPECT_EQ(Read("No", 1), 0);
+  EXPECT_EQ(Read("NULL", 0), 255);
   NxTypeMgr::SetNullPrintString(NxString("{NULL}"));
 }
 

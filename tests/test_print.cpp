@@ -187,6 +187,15 @@ TEST_F(Scan, SixteenBitTextIsRecodedFirst) {
   int32_t v = 0;
   mgr.ScanFromNxString(NxTYPE_long, &v, text, nullptr, 1);
   EXPECT_EQ(v, -42);
+  // With a 16-bit default code set the recoded copy must still be 8-bit.
+  NxLanguageContext::SetDefaultCodeSet(253);
+  NxString units16(units);
+  mgr.ScanFromNxString(NxTYPE_long, &v, units16, nullptr, 1);
+  float f = 0;
+  mgr.ScanFromNxString(NxTYPE_float, &f, units16, nullptr, 1);
+  NxLanguageContext::ResetDefaults();
+  EXPECT_EQ(v, -42);
+  EXPECT_EQ(f, -42.0f);
 }
 
 }  // namespace
