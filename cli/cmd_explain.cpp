@@ -20,11 +20,8 @@
 namespace {
 
 using cli::Args;
+using cli::Get16;
 using Lines = std::vector<std::string>;
-
-uint32_t Get16(const unsigned char* at, unsigned char format) {
-  return format == 2 ? (uint32_t{at[0]} << 8) | at[1] : at[0] | (uint32_t{at[1]} << 8);
-}
 
 std::string Printed(const char* format, unsigned value) {
   char buffer[16];

@@ -16,10 +16,7 @@
 namespace {
 
 using cli::Args;
-
-uint32_t Get16(const unsigned char* at, unsigned char format) {
-  return format == 2 ? (uint32_t{at[0]} << 8) | at[1] : at[0] | (uint32_t{at[1]} << 8);
-}
+using cli::Get16;
 
 // "1 byte", "2 bytes".
 std::string Count(size_t n, const char* noun) {

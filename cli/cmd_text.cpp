@@ -250,7 +250,7 @@ void ShowNarrowed(const char* end, const void* bytes, unsigned char length, unsi
   NxString text;
   mgr.PrintToNxString(NxTYPE_NxString, text, &loaded, nullptr, 1);
   const unsigned char state = key[3];
-  const uint32_t stated = (format == 2 ? key[0] << 8 | key[1] : key[0] | key[1] << 8) + 2u;
+  const uint32_t stated = cli::Get16(key.data(), format) + 2u;
   std::printf("         orders %s, state %u%s%s: \"%s\"\n",
               orders.c_str(), state & 0x7Fu,
               (state & 0x80) != 0 ? " (ended at a change of state)" : "",
