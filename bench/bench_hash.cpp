@@ -47,25 +47,6 @@ const char kProse[] =
     "an invoice from the company that had repaired the quay, and a postcard from Señora "
     "Núñez, who wrote every summer from Cádiz to ask whether her old room was free. ";
 
-// UTF-8 to code points (the texts hold nothing beyond the BMP).
-std::vector<uint32_t> CodePoints(const char* utf8) {
-  std::vector<uint32_t> out;
-  const unsigned char* p = reinterpret_cast<const unsigned char*>(utf8);
-  while (*p != 0) {
-    uint32_t cp = *p++;
-    if (cp >= 0xE0) {
-      cp = (cp & 0x0F) << 12;
-      cp |= (*p++ & 0x3Fu) << 6;
-      cp |= *p++ & 0x3Fu;
-    } else if (cp >= 0xC0) {
-      cp = (cp & 0x1F) << 6;
-      cp |= *p++ & 0x3Fu;
-    }
-    out.push_back(cp);
-  }
-  return out;
-}
-
 // One text in the three forms the benchmarks read.
 struct Text {
   std::string narrow;                 // Windows Latin-1, zero-terminated
@@ -73,13 +54,12 @@ struct Text {
   std::vector<unsigned char> record;  // text record of the 8-bit text, format 1
 };
 
-Text MakeText(const std::vector<uint32_t>& points) {
+// The texts hold nothing beyond the BMP: a UTF-16 unit is a character.
+Text MakeText(const std::u16string& units) {
   const NxCodeSet* set = NxLanguageContext::QueryCodeSet(NxCS_CP1252);
   Text t;
-  for (uint32_t cp : points) {
-    t.narrow += static_cast<char>(set->FromUnicode(static_cast<unsigned short>(cp), 0));
-    t.wide += static_cast<char16_t>(cp);
-  }
+  t.wide = units;
+  for (char16_t c : units) t.narrow += static_cast<char>(set->FromUnicode(c, 0));
   // length, code set, language, text, 0, 0xFF
   const size_t L = t.narrow.size() + 4;
   t.record = {static_cast<unsigned char>(L), static_cast<unsigned char>(L >> 8), NxCS_CP1252,
@@ -97,14 +77,14 @@ struct Corpus {
 
   Corpus() {
     for (const char* name : kNames) {
-      names.push_back(MakeText(CodePoints(name)));
+      names.push_back(MakeText(nxtest::Utf16(name)));
       nameBytes += names.back().narrow.size();
     }
-    const std::vector<uint32_t> once = CodePoints(kProse);
-    std::vector<uint32_t> points;
-    while (points.size() < 4096) points.insert(points.end(), once.begin(), once.end());
-    points.resize(4096);
-    prose.push_back(MakeText(points));
+    const std::u16string once = nxtest::Utf16(kProse);
+    std::u16string units;
+    while (units.size() < 4096) units += once;
+    units.resize(4096);
+    prose.push_back(MakeText(units));
   }
 };
 

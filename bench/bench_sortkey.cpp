@@ -18,22 +18,11 @@
 
 namespace {
 
-const std::vector<std::u16string>& Names() {
-  static const std::vector<std::u16string> names = [] {
-    std::vector<std::u16string> v;
-    for (const char* name : nxtest::kNames) v.push_back(nxtest::Utf16(name));
-    return v;
-  }();
-  return names;
-}
-
-const char* Text(const std::u16string& s) {
-  return reinterpret_cast<const char*>(s.c_str());
-}
+using nxbench::Text;
 
 // One key per iteration, into a buffer on the stack.
 void BM_SortKey(benchmark::State& state, unsigned short cmpOp) {
-  const auto& names = Names();
+  const auto& names = nxbench::NamesUtf16();
   size_t k = 0;
   size_t bytes = 0;
   unsigned char key[512];
@@ -55,7 +44,7 @@ BENCHMARK_CAPTURE(BM_SortKey, exact, NxCMP_EXACT);
 
 // One comparison per iteration: each name against its neighbour.
 void BM_StrCmp(benchmark::State& state, unsigned short cmpOp) {
-  const auto& names = Names();
+  const auto& names = nxbench::NamesUtf16();
   size_t k = 0;
   nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
@@ -72,7 +61,7 @@ BENCHMARK_CAPTURE(BM_StrCmp, ci_ai, NxCMP_IGNORE_CASE | NxCMP_IGNORE_ACCENTS);
 // Sorting all names: by keys made once (key time included) against sorting
 // by NxStrCmp.
 void BM_SortByKeys(benchmark::State& state) {
-  const auto& names = Names();
+  const auto& names = nxbench::NamesUtf16();
   nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     std::vector<std::string> keys;
@@ -89,7 +78,7 @@ void BM_SortByKeys(benchmark::State& state) {
 BENCHMARK(BM_SortByKeys);
 
 void BM_SortByStrCmp(benchmark::State& state) {
-  const auto& names = Names();
+  const auto& names = nxbench::NamesUtf16();
   nxbench::AllocationCount allocs(state);
   for (auto _ : state) {
     std::vector<const std::u16string*> v;
@@ -112,7 +101,7 @@ void BM_IcuSortKey(benchmark::State& state, UColAttributeValue strength) {
     return;
   }
   ucol_setStrength(coll, strength);
-  const auto& names = Names();
+  const auto& names = nxbench::NamesUtf16();
   size_t k = 0;
   size_t bytes = 0;
   uint8_t key[512];

@@ -14,19 +14,6 @@ namespace {
 
 using cli::Args;
 
-// How one character of the text is shown: itself, or <U+XXXX> for the
-// characters that show nothing or show alike (controls, format characters,
-// line breaks, every space, lone surrogates).
-std::string Shown(unsigned short c) {
-  const unsigned short order = NxChar(c, NxCS_UNICODE, NxLANG_NEUTRAL).Order();
-  if (order < 40 || (c >= 0xD800 && c <= 0xDFFF)) {
-    char buffer[16];
-    std::snprintf(buffer, sizeof buffer, "<U+%04X>", c);
-    return buffer;
-  }
-  return cli::Utf8Of(c);
-}
-
 // True for the characters that a terminal shows two columns wide.
 bool IsWide(unsigned short c) {
   return (c >= 0x1100 && c <= 0x115F) || (c >= 0x2E80 && c <= 0xA4CF && c != 0x303F) ||
@@ -143,13 +130,14 @@ int RunOrders(const Args& given) {
     const unsigned short u = units[i];
     if (codeSet > 224) {
       wide.push_back(codeSet == NxCS_UNICODE ? u : target->MapFrom(u, NxCS_UNICODE));
-      shown.push_back(Shown(u));
+      shown.push_back(cli::ShownChar(u));
     } else {
       const unsigned char byte = static_cast<unsigned char>(target->MapFrom(u, NxCS_UNICODE));
       bytes.push_back(byte);
       // A character that the code set can't hold shows its replacement too.
       const unsigned short back = target->ToUnicode(byte);
-      shown.push_back(back == u ? Shown(u) : Shown(u) + "\u2192" + Shown(back));
+      shown.push_back(back == u ? cli::ShownChar(u)
+                                : cli::ShownChar(u) + "\u2192" + cli::ShownChar(back));
     }
   }
   wide.push_back(0);

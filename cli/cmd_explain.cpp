@@ -20,11 +20,8 @@
 namespace {
 
 using cli::Args;
+using cli::Get16;
 using Lines = std::vector<std::string>;
-
-uint32_t Get16(const unsigned char* at, unsigned char format) {
-  return format == 2 ? (uint32_t{at[0]} << 8) | at[1] : at[0] | (uint32_t{at[1]} << 8);
-}
 
 std::string Printed(const char* format, unsigned value) {
   char buffer[16];
@@ -41,22 +38,12 @@ std::string Behind(size_t n) {
   return Count(n, "byte") + (n == 1 ? " stands behind" : " stand behind");
 }
 
-// One character as the program shows it: itself, or <U+XXXX> for those that
-// show nothing or show alike (controls, format characters, spaces).  Within
-// quoted text the blank shows as itself.
-std::string Shown(unsigned short unicode, bool inText = false) {
-  const unsigned short order = NxChar(unicode, NxCS_UNICODE, NxLANG_NEUTRAL).Order();
-  if ((order < 40 && !(inText && unicode == ' ')) || (unicode >= 0xD800 && unicode <= 0xDFFF))
-    return Printed("<U+%04X>", unicode);
-  return cli::Utf8Of(unicode);
-}
-
 // Bytes of an 8-bit code set (0: the native one) as shown text.
 std::string ShownBytes(const unsigned char* bytes, size_t count, unsigned char codeSet,
                        bool inText = true) {
   const NxCodeSet* set = NxLanguageContext::QueryCodeSet(codeSet);
   std::string out;
-  for (size_t i = 0; i < count; ++i) out += Shown(set->ToUnicode(bytes[i]), inText);
+  for (size_t i = 0; i < count; ++i) out += cli::ShownChar(set->ToUnicode(bytes[i]), inText);
   return out;
 }
 
@@ -120,7 +107,7 @@ std::string OrderLine(unsigned short order, unsigned char state) {
   // Ideographs are named with a newline at the end.
   while (!text.empty() && text.back() == '\n') text.pop_back();
   const std::string shown =
-      Shown(NxLanguageContext::QueryCodeSet(NxCS_CP1252)->ToUnicode(character));
+      cli::ShownChar(NxLanguageContext::QueryCodeSet(NxCS_CP1252)->ToUnicode(character));
   return "  " + Printed("%04x", order) + "   " + Padded(shown, 10) + text;
 }
 
@@ -157,7 +144,7 @@ void ExplainText(const unsigned char* record, size_t content, unsigned char form
   } else {
     for (size_t at = 0; at + 1 < content; at += 2, ++characters) {
       const unsigned short unit = static_cast<unsigned short>(Get16(text + at, format));
-      shown += Shown(codeSet == NxCS_UNICODE ? unit : set->ToUnicode(unit), true);
+      shown += cli::ShownChar(codeSet == NxCS_UNICODE ? unit : set->ToUnicode(unit), true);
     }
   }
   out.push_back("  text       \"" + shown + "\", " + Count(characters, "character"));

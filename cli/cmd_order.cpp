@@ -1,6 +1,8 @@
 // Order text for `nxtm print NxString`: the orders of an index key, made
 // from a text the way the key form makes them, or given one by one.
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -84,6 +86,19 @@ bool ParseOrders(const std::string& list, std::vector<unsigned short>& orders,
 }
 
 }  // namespace
+
+std::string OrdersHex(const NxString& orders) {
+  std::string text;
+  const unsigned char* units = reinterpret_cast<const unsigned char*>(orders.StrGet());
+  for (unsigned short i = 0, n = orders.Len(); i < n; ++i) {
+    unsigned short unit;
+    std::memcpy(&unit, units + 2 * i, 2);
+    char buffer[8];
+    std::snprintf(buffer, sizeof buffer, "%s%04x", i != 0 ? " " : "", unit);
+    text += buffer;
+  }
+  return text.empty() ? "(none)" : text;
+}
 
 bool TakeStringPrintOptions(Args& args, StringPrintOptions& options, std::string& error) {
   const bool key = TakeFlag(args, "--key");

@@ -9,16 +9,14 @@
 #include <nxtm/nxtm.h>
 
 #include "cli.h"
+#include "order_text.h"
 #include "utf8.h"
 #include "values.h"
 
 namespace {
 
 using cli::Args;
-
-uint32_t Get16(const unsigned char* at, unsigned char format) {
-  return format == 2 ? (uint32_t{at[0]} << 8) | at[1] : at[0] | (uint32_t{at[1]} << 8);
-}
+using cli::Get16;
 
 // "1 byte", "2 bytes".
 std::string Count(size_t n, const char* noun) {
@@ -89,17 +87,8 @@ bool ReadString(const std::string& text, long codeSet, long language, NxString& 
 // and language, or the state byte of a key.
 std::string DescribeString(const NxString& s) {
   if (s.codeSet == NxCS_ORDERS) {
-    std::string orders;
-    const unsigned char* p = reinterpret_cast<const unsigned char*>(s.StrGet());
-    for (unsigned short i = 0, n = s.Len(); i < n; ++i) {
-      unsigned short unit;
-      std::memcpy(&unit, p + 2 * i, 2);
-      char buffer[8];
-      std::snprintf(buffer, sizeof buffer, "%s%04x", i ? " " : "", unit);
-      orders += buffer;
-    }
-    return "orders " + (orders.empty() ? std::string("(none)") : orders) +
-           "  (code set 254, state byte " + HexByte(s.language) + ")";
+    return "orders " + cli::OrdersHex(s) + "  (code set 254, state byte " + HexByte(s.language) +
+           ")";
   }
   const std::string text = s.IsNullValue() ? std::string(NxTypeMgr::GetNullPrintString().StrGet())
                                            : cli::FindValueText(NxTYPE_NxString)->show(&s);

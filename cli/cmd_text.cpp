@@ -16,6 +16,7 @@
 #include <nxtm/nxtm.h>
 
 #include "cli.h"
+#include "order_text.h"
 #include "utf8.h"
 #include "values.h"
 
@@ -245,21 +246,13 @@ void ShowNarrowed(const char* end, const void* bytes, unsigned char length, unsi
   NxString loaded;
   mgr.Translate(NxTYPE_NxString, &loaded, 8, 0, const_cast<unsigned char*>(key.data()),
                 static_cast<unsigned char>(0x80 | format), length, 1);
-  std::string orders;
-  const unsigned char* units = reinterpret_cast<const unsigned char*>(loaded.StrGet());
-  for (unsigned short i = 0, n = loaded.Len(); i < n; ++i) {
-    unsigned short unit;
-    std::memcpy(&unit, units + 2 * i, 2);
-    char buffer[8];
-    std::snprintf(buffer, sizeof buffer, "%s%04x", i != 0 ? " " : "", unit);
-    orders += buffer;
-  }
+  const std::string orders = cli::OrdersHex(loaded);
   NxString text;
   mgr.PrintToNxString(NxTYPE_NxString, text, &loaded, nullptr, 1);
   const unsigned char state = key[3];
-  const uint32_t stated = (format == 2 ? key[0] << 8 | key[1] : key[0] | key[1] << 8) + 2u;
+  const uint32_t stated = cli::Get16(key.data(), format) + 2u;
   std::printf("         orders %s, state %u%s%s: \"%s\"\n",
-              orders.empty() ? "(none)" : orders.c_str(), state & 0x7Fu,
+              orders.c_str(), state & 0x7Fu,
               (state & 0x80) != 0 ? " (ended at a change of state)" : "",
               stated > length ? ", cut" : "", cli::WriteUtf8(text).c_str());
 }

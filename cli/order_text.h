@@ -28,6 +28,10 @@ struct StringPrintOptions {
 // for.  False with a message in `error` on a bad option or value.
 bool TakeStringPrintOptions(Args& args, StringPrintOptions& options, std::string& error);
 
+// The orders of an order text as 4-digit lowercase hex separated by
+// blanks, or "(none)" when it holds none.
+std::string OrdersHex(const NxString& orders);
+
 }  // namespace cli
 
 #endif

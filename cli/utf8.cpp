@@ -70,4 +70,14 @@ std::string Utf8Of(unsigned short c) {
   return std::string(bytes, static_cast<size_t>(NxWChar2MultiByte(bytes, c)));
 }
 
+std::string ShownChar(unsigned short c, bool blankAsItself) {
+  const unsigned short order = NxChar(c, NxCS_UNICODE, NxLANG_NEUTRAL).Order();
+  if ((order < 40 && !(blankAsItself && c == ' ')) || (c >= 0xD800 && c <= 0xDFFF)) {
+    char buffer[16];
+    std::snprintf(buffer, sizeof buffer, "<U+%04X>", c);
+    return buffer;
+  }
+  return Utf8Of(c);
+}
+
 }  // namespace cli

@@ -18,6 +18,11 @@ bool ReadUtf8(const std::string& in, unsigned char language, NxString& out, std:
 std::string WriteUtf8(const NxString& text);
 // One 16-bit character in UTF-8.
 std::string Utf8Of(unsigned short c);
+// One 16-bit character as the program shows it: itself in UTF-8, or
+// <U+XXXX> for those that show nothing or show alike (controls, format
+// characters, line breaks, spaces, lone surrogates).  With
+// `blankAsItself`, as within quoted text, the blank shows as itself.
+std::string ShownChar(unsigned short c, bool blankAsItself = false);
 
 }  // namespace cli
 

@@ -101,6 +101,12 @@ std::string ShowValue(NxTypeMgr& mgr, char id, const void* element);
 bool ParseHex(const std::string& hex, std::vector<unsigned char>& bytes, std::string& error);
 std::string Hex(const unsigned char* bytes, size_t count);
 
+// A 16-bit field of a disk form: most significant byte first in format 2,
+// least significant first in format 1.
+inline uint32_t Get16(const unsigned char* at, unsigned char format) {
+  return format == 2 ? (uint32_t{at[0]} << 8) | at[1] : at[0] | (uint32_t{at[1]} << 8);
+}
+
 // A format argument: 1 or 2, and 8 when `allowMemory`.
 bool ParseFormat(const std::string& text, bool allowMemory, unsigned char& format);
 

@@ -15,11 +15,11 @@
 
 #include <nxtm/nxtm.h>
 
+#include "fuzz_support.h"
+
 namespace {
 
-int Silent(const char*, const char*, int) {
-  return 0;
-}
+using fuzz::Silent;
 
 // Memory form is 8 alone: some rows take 0x88 as memory form, others as a
 // disk form, and the element width follows.

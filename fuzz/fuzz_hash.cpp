@@ -15,14 +15,15 @@
 
 #include <nxtm/nxtm.h>
 
+#include "fuzz_support.h"
+
 namespace {
+
+using fuzz::Silent;
+using fuzz::Check;
 
 const unsigned char kCodeSets[] = {0, 1, 2, 3, 4, 5, 6, 225, 253, 254};
 const unsigned char kLanguages[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 254, 0x83};
-
-int Silent(const char*, const char*, int) {
-  return 0;
-}
 
 void Put16(std::vector<unsigned char>& out, unsigned v, unsigned char format) {
   if ((format & 0x0F) == 2) {
@@ -32,10 +33,6 @@ void Put16(std::vector<unsigned char>& out, unsigned v, unsigned char format) {
     out.push_back(static_cast<unsigned char>(v));
     out.push_back(static_cast<unsigned char>(v >> 8));
   }
-}
-
-void Check(bool condition) {
-  if (!condition) std::abort();
 }
 
 }  // namespace

@@ -13,22 +13,16 @@
 
 #include <nxtm/nxtm.h>
 
+#include "fuzz_support.h"
+
 namespace {
+
+using fuzz::Silent;
+using fuzz::Terminated;
 
 const unsigned char kCodeSets[] = {1, 2, 3, 4, 5, 6, 225, 253};
 const unsigned short kStrengths[] = {0x00,  0x20,  0x40,  0x60,  0x80,  0xE0,
                                      0x200, 0x260, 0x280, 0x2E0, 0x100};
-
-int Silent(const char*, const char*, int) {
-  return 0;
-}
-
-std::vector<char> Terminated(const uint8_t* bytes, size_t size, unsigned char codeSet) {
-  const size_t width = codeSet > 224 ? 2 : 1;
-  std::vector<char> text(bytes, bytes + (size - size % width));
-  text.insert(text.end(), width, '\0');
-  return text;
-}
 
 std::vector<unsigned char> KeyOf(const std::vector<char>& text, unsigned char codeSet,
                                  unsigned char language, unsigned short op) {

@@ -15,24 +15,15 @@
 
 #include <nxtm/nxtm.h>
 
+#include "fuzz_support.h"
+
 namespace {
+
+using fuzz::Silent;
+using fuzz::Terminated;
 
 const unsigned char kCodeSets[] = {0, 1, 2, 3, 4, 5, 6, 225, 253, 254};
 const unsigned char kLanguages[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 254};
-
-int Silent(const char*, const char*, int) {
-  return 0;
-}
-
-// A text of the code set, terminated in its own width, in a buffer that
-// ends at the terminator so that the address sanitizer sees any read past.
-std::vector<char> Terminated(const uint8_t* bytes, size_t size, unsigned char codeSet) {
-  const size_t width = codeSet > 224 ? 2 : 1;
-  const size_t used = size - size % width;
-  std::vector<char> text(bytes, bytes + used);
-  text.insert(text.end(), width, '\0');
-  return text;
-}
 
 // An NxString with the text as it stands, relabelled to the code set.
 NxString StringOf(const std::vector<char>& text, unsigned char codeSet, unsigned char language) {

@@ -18,33 +18,13 @@
 
 #include <nxtm/nxtm.h>
 
+#include "fuzz_support.h"
+
 namespace {
 
-int Silent(const char*, const char*, int) {
-  return 0;
-}
-
-void Check(bool condition) {
-  if (!condition) __builtin_trap();
-}
-
-// A heap copy of exactly `size` bytes, so that the address sanitizer sees
-// any read or write past it.
-struct Exact {
-  Exact(const uint8_t* bytes, size_t size)
-      : data(static_cast<unsigned char*>(std::malloc(size ? size : 1))), size(size) {
-    if (size != 0) std::memcpy(data, bytes, size);
-  }
-  explicit Exact(size_t size)
-      : data(static_cast<unsigned char*>(std::malloc(size ? size : 1))), size(size) {
-    if (size != 0) std::memset(data, 0xA5, size);
-  }
-  ~Exact() { std::free(data); }
-  Exact(const Exact&) = delete;
-  Exact& operator=(const Exact&) = delete;
-  unsigned char* data;
-  size_t size;
-};
+using fuzz::Silent;
+using fuzz::Check;
+using fuzz::Exact;
 
 uint32_t Get16(const unsigned char* at, unsigned char format) {
   return (format & 0x0F) == 2 ? (uint32_t{at[0]} << 8) | at[1] : at[0] | (uint32_t{at[1]} << 8);

@@ -15,19 +15,16 @@
 
 #include <nxtm/nxtm.h>
 
+#include "fuzz_support.h"
+
 namespace {
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using fuzz::Silent;
+using fuzz::Check;
 
 // memcmp without its rule against null pointers for empty ranges.
 bool Same(const void* a, const void* b, size_t n) {
   return n == 0 || std::memcmp(a, b, n) == 0;
-}
-
-int Silent(const char*, const char*, int) {
-  return 0;
 }
 
 }  // namespace

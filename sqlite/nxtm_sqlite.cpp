@@ -353,9 +353,15 @@ bool ReadPattern(sqlite3_context* ctx, sqlite3_value* v, int i, bool utf8, Utf16
   return true;
 }
 
-// Reads the options argument `i` when there is one.
+// Reads the options argument `i` when there is one.  A query passes the
+// same options for every row: once read, they are kept as the argument's
+// auxiliary data, which SQLite holds while the argument stays the same.
 bool ReadOptions(sqlite3_context* ctx, int argc, sqlite3_value** argv, int i, Options& options) {
   if (i >= argc) return true;
+  if (const void* kept = sqlite3_get_auxdata(ctx, i)) {
+    options = *static_cast<const Options*>(kept);
+    return true;
+  }
   const int type = sqlite3_value_type(argv[i]);
   if (type == SQLITE_NULL || type == SQLITE_BLOB) {
     Error(ctx, std::string("the options are ") + (type == SQLITE_NULL ? "NULL" : "a BLOB") +
@@ -371,6 +377,11 @@ bool ReadOptions(sqlite3_context* ctx, int argc, sqlite3_value** argv, int i, Op
   if (!message.empty()) {
     Error(ctx, message);
     return false;
+  }
+  // Kept when memory allows; without it the next row reads them again.
+  if (void* copy = sqlite3_malloc(sizeof options)) {
+    std::memcpy(copy, &options, sizeof options);
+    sqlite3_set_auxdata(ctx, i, copy, sqlite3_free);
   }
   return true;
 }
